@@ -1,0 +1,7 @@
+// The program's own pictures, compiled into it.
+#pragma once
+
+#include <QIcon>
+
+/// The picture ":/icons/<name>": "ok", "warning", "error" or "logo".
+QIcon builtinIcon(const QString &name);

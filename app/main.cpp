@@ -1,0 +1,17 @@
+#include "app/mainwindow.h"
+
+#include <QApplication>
+
+int main(int argc, char *argv[])
+{
+    // Read by the toolkit while the application object is made.
+    qputenv("QT_AUTO_SCREEN_SCALE_FACTOR", "1");
+    const QApplication application(argc, argv);
+    QCoreApplication::setOrganizationName(QStringLiteral("Kelvora"));
+    QCoreApplication::setOrganizationDomain(QStringLiteral("kelvora.example"));
+    QCoreApplication::setApplicationName(QStringLiteral("KelvoraTool"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(KELVORA_VERSION));
+    Mainwindow window;
+    window.show();
+    return QApplication::exec();
+}

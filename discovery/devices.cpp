@@ -1,0 +1,24 @@
+#include "discovery/devices.h"
+
+QString n6ModelName(int model)
+{
+    switch (model) {
+    case 1:
+        return QStringLiteral("N6 Larch");
+    case 2:
+        return QStringLiteral("N6 Moss");
+    case 3:
+        return QStringLiteral("N6 Flint");
+    case 4:
+        return QStringLiteral("N6 Fjord");
+    case 5:
+        return QStringLiteral("N6 Heron");
+    default:
+        return QStringLiteral("Unknown");
+    }
+}
+
+QString displayAddress(const QHostAddress &address)
+{
+    return address.toString().remove(QLatin1String("::ffff:"));
+}

@@ -1,0 +1,331 @@
+#include "discovery/udphbclient.h"
+
+#include "discovery/heartbeat.h"
+#include "discovery/interfaces.h"
+#include "discovery/protocol.h"
+
+#include <QDebug>
+#include <QNetworkDatagram>
+#include <QUdpSocket>
+#include <QVector>
+
+#include <algorithm>
+#include <utility>
+
+namespace
+{
+
+constexpr int activeMode = 0;
+constexpr int passiveMode = 2;
+// A read loop yields to painting and input after this time; what is left signals ready-read again.
+constexpr int longestReadMs = 20;
+
+QByteArray requestDatagram()
+{
+    return QByteArray(1, '\0');
+}
+
+bool ranLongerThan(const QElapsedTimer &timer, qint64 milliseconds)
+{
+    return timer.isValid() && timer.elapsed() > milliseconds;
+}
+
+// Shared by the whole process; only keeps the log line of a filtered N6 heartbeat from repeating.
+QHostAddress &lastFilteredSender()
+{
+    static QHostAddress sender;
+    return sender;
+}
+
+void sendMulticastRequest(QUdpSocket *socket, const QNetworkInterface &through)
+{
+    // A socket whose bind failed has nothing to set an interface on.
+    if (socket->state() != QAbstractSocket::BoundState)
+        return;
+    socket->setMulticastInterface(through);
+    socket->setSocketOption(QAbstractSocket::MulticastTtlOption, protocol::requestTtl);
+    socket->writeDatagram(requestDatagram(), protocol::multicastGroup(), protocol::requestPort);
+}
+
+// The socket may be the one whose signal is being handled: it falls silent now and goes later.
+void retire(QUdpSocket *socket)
+{
+    if (!socket)
+        return;
+    socket->disconnect();
+    socket->close();
+    socket->deleteLater();
+}
+
+} // namespace
+
+udpHBClient::udpHBClient(int requestMode, QObject *parent) : QObject(parent), mode(requestMode)
+{
+    connect(&tickTimer, &QTimer::timeout, this, &udpHBClient::tick);
+    tickTimer.start(protocol::tickIntervalMs);
+    createSockets();
+}
+
+const ScreenDevice *udpHBClient::serverScreen() const
+{
+    const int index = server.isNull() ? -1 : indexOfScreen(server);
+    return index < 0 ? nullptr : &displays.at(index);
+}
+
+void udpHBClient::createSockets()
+{
+    retire(broadcastSocket);
+    broadcastSocket = new QUdpSocket(this);
+    bindSocket(broadcastSocket, protocol::heartbeatPort);
+    connect(broadcastSocket, &QUdpSocket::readyRead, this, &udpHBClient::readBroadcastDatagrams);
+
+    retire(responseSocket);
+    responseSocket = new QUdpSocket(this);
+    bindSocket(responseSocket, 0);
+    connect(responseSocket, &QUdpSocket::readyRead, this, &udpHBClient::readResponseDatagrams);
+
+    trafficWatchdog.start();
+    sendRequest();
+}
+
+void udpHBClient::bindSocket(QUdpSocket *socket, quint16 port)
+{
+    if (!socket->bind(QHostAddress(QHostAddress::AnyIPv4), port,
+                      QAbstractSocket::ShareAddress | QAbstractSocket::ReuseAddressHint)) {
+        qDebug().noquote() << "Problem binding udpSocket on port" << port;
+        return;
+    }
+    for (const QNetworkInterface &candidate : interfaces::listening())
+        socket->joinMulticastGroup(protocol::multicastGroup(), candidate);
+}
+
+void udpHBClient::sendRequest()
+{
+    requestTimer.start();
+    if (mode == passiveMode)
+        return;
+    for (const QNetworkInterface &through : interfaces::asking()) {
+        sendMulticastRequest(responseSocket, through);
+        sendMulticastRequest(broadcastSocket, through);
+    }
+}
+
+void udpHBClient::sendRequestTo(const QHostAddress &target)
+{
+    if (mode != passiveMode && !target.isNull())
+        responseSocket->writeDatagram(requestDatagram(), target, protocol::requestPort);
+}
+
+void udpHBClient::readBroadcastDatagrams()
+{
+    readDatagrams(broadcastSocket);
+}
+
+void udpHBClient::readResponseDatagrams()
+{
+    readDatagrams(responseSocket);
+}
+
+// Takes the member itself: a slot that is reached from here may replace the socket, and then reading stops.
+void udpHBClient::readDatagrams(QUdpSocket *const &socket)
+{
+    QElapsedTimer reading;
+    reading.start();
+    const QUdpSocket *const current = socket;
+    while (socket == current && socket->hasPendingDatagrams() && reading.elapsed() < longestReadMs) {
+        const QNetworkDatagram datagram = socket->receiveDatagram();
+        processHeartbeat(datagram.data(), datagram.senderAddress());
+    }
+}
+
+void udpHBClient::processHeartbeat(const QByteArray &datagram, const QHostAddress &sender)
+{
+    if (!heartbeat::isTraffic(datagram))
+        return;
+    trafficWatchdog.start();
+    heartbeat::Decoded decoded = heartbeat::decode(datagram);
+    if (auto *screen = std::get_if<ScreenDevice>(&decoded))
+        acceptScreen(std::move(*screen), sender);
+    else if (auto *heardN6 = std::get_if<N6Device>(&decoded))
+        acceptN6(std::move(*heardN6), sender);
+    else if (auto *heardGyro = std::get_if<GyroDevice>(&decoded))
+        acceptGyro(std::move(*heardGyro), sender);
+    else if (std::holds_alternative<heartbeat::Incompatible>(decoded))
+        emit incompatibleDevice();
+}
+
+void udpHBClient::acceptScreen(ScreenDevice screen, const QHostAddress &sender)
+{
+    screen.address = sender;
+    screen.lastSeen.start();
+    const bool isEink = screen.type == QLatin1String("EINK");
+    const int index = indexOfScreen(sender);
+    if (index >= 0) {
+        displays[index] = screen;
+    } else {
+        displays.append(screen);
+        qDebug().noquote() << (isEink ? "udpHB: E-Ink IP" : "udpHB: Screen IP") << sender.toString();
+        emit listUpdated();
+    }
+    // The local copy goes out: a slot may change the list.
+    emit screenUpdated(screen);
+    if (!isEink)
+        updateServer();
+}
+
+void udpHBClient::acceptN6(N6Device heard, const QHostAddress &sender)
+{
+    if (isDuplicateN6(heard, sender)) {
+        if (sender != lastFilteredSender()) {
+            qDebug().noquote() << "udpHB: Filtered duplicate N6 heartbeat from:" << sender.toString();
+            lastFilteredSender() = sender;
+        }
+        return;
+    }
+    if (!n6.online)
+        qDebug().noquote() << "udpHB: N6 IP" << sender.toString();
+    n6 = std::move(heard);
+    n6.address = sender;
+    n6.lastSeen.start();
+    n6.online = true;
+    updateServer();
+    emit n6BeaconReceived();
+}
+
+// One N6 may be heard over several interfaces of this computer. A routable address is kept against such
+// copies; a link-local one gives way to the next address that the same instrument is heard from.
+bool udpHBClient::isDuplicateN6(const N6Device &heard, const QHostAddress &sender) const
+{
+    return n6.online && sender != n6.address &&
+           !n6.address.toString().startsWith(QLatin1String("169.254.")) && heard.serial == n6.serial &&
+           heard.applicationVersion == n6.applicationVersion;
+}
+
+void udpHBClient::acceptGyro(GyroDevice heard, const QHostAddress &sender)
+{
+    if (!gyro.online)
+        qDebug().noquote() << "udpHB: Gyro IP" << sender.toString();
+    gyro = std::move(heard);
+    gyro.address = sender;
+    gyro.lastSeen.start();
+    gyro.online = true;
+    emit gyroBeaconReceived();
+}
+
+void udpHBClient::tick()
+{
+    readBroadcastDatagrams();
+    readResponseDatagrams();
+    if (ranLongerThan(trafficWatchdog, protocol::trafficWatchdogMs)) {
+        createSockets();
+        emit heartbeatTick();
+        return;
+    }
+    bool requestDue =
+        ranLongerThan(requestTimer, protocol::requestRepeatMs) && (mode == activeMode || server.isNull());
+    const bool listChanged = expireScreens();
+    if (n6.online && ranLongerThan(n6.lastSeen, protocol::deviceTimeoutMs)) {
+        n6.online = false;
+        n6.address.clear();
+        emit n6BeaconReceived();
+    } else if (n6.online && ranLongerThan(n6.lastSeen, protocol::requestRepeatMs)) {
+        sendRequestTo(n6.address);
+        requestDue = true;
+    }
+    if (gyro.online && ranLongerThan(gyro.lastSeen, protocol::deviceTimeoutMs)) {
+        gyro.online = false;
+        gyro.address.clear();
+        emit gyroBeaconReceived();
+    } else if (gyro.online && ranLongerThan(gyro.lastSeen, protocol::requestRepeatMs)) {
+        // A gyro that has fallen silent is reason enough to ask everybody again.
+        sendRequestTo(gyro.address);
+        requestDue = true;
+    }
+    updateServer();
+    emit heartbeatTick();
+    if (listChanged)
+        emit listUpdated();
+    if (requestDue)
+        sendRequest();
+}
+
+// Asks the displays that have been silent for a while and drops those that stay so; returns whether any went.
+// Goes by addresses, since a slot of screenRemoved() may change the list under the loop.
+bool udpHBClient::expireScreens()
+{
+    QVector<QHostAddress> addresses;
+    addresses.reserve(displays.size());
+    std::transform(displays.cbegin(), displays.cend(), std::back_inserter(addresses),
+                   [](const ScreenDevice &screen) { return screen.address; });
+    bool changed = false;
+    for (const QHostAddress &address : qAsConst(addresses)) {
+        const int index = indexOfScreen(address);
+        if (index < 0)
+            continue;
+        if (ranLongerThan(displays.at(index).lastSeen, protocol::deviceTimeoutMs)) {
+            qDebug().noquote() << "udpHB: Instrument" << address.toString() << "timed out";
+            const QString serial = displays.at(index).serial;
+            emit screenRemoved(serial);
+            const int stillAt = indexOfScreen(address);
+            if (stillAt >= 0)
+                displays.removeAt(stillAt);
+            changed = true;
+        } else if (ranLongerThan(displays.at(index).lastSeen, protocol::requestRepeatMs)) {
+            sendRequestTo(address);
+        }
+    }
+    return changed;
+}
+
+int udpHBClient::indexOfScreen(const QHostAddress &address) const
+{
+    const auto found = std::find_if(displays.cbegin(), displays.cend(),
+                                    [&](const ScreenDevice &screen) { return screen.address == address; });
+    return found == displays.cend() ? -1 : static_cast<int>(found - displays.cbegin());
+}
+
+void udpHBClient::updateServer()
+{
+    int candidates = 0;
+    QHostAddress candidate;
+    for (const ScreenDevice &screen : qAsConst(displays)) {
+        if (screen.isServer && ++candidates == 1)
+            candidate = screen.address;
+    }
+    if (n6.online && ++candidates == 1)
+        candidate = n6.address;
+
+    if (candidates > 1) {
+        reportMultipleServers();
+        return;
+    }
+    multipleServersTimer.invalidate();
+    multipleServersSeen = false;
+    if (candidates == 0 && !server.isNull()) {
+        qDebug().noquote() << "udpHB: Server removed:" << server.toString();
+        server.clear();
+        emit serverRemoved();
+        emit listUpdated();
+    } else if (candidates == 1 && candidate != server) {
+        server = candidate;
+        qDebug().noquote() << "udpHB: Server changed:" << candidate.toString();
+        emit serverChanged(candidate);
+        emit listUpdated();
+    }
+}
+
+// Two claims may be a change-over that heartbeats have not caught up with yet; only those that last are a
+// conflict.
+void udpHBClient::reportMultipleServers()
+{
+    if (!multipleServersTimer.isValid())
+        multipleServersTimer.start();
+    if (!ranLongerThan(multipleServersTimer, protocol::multipleServersConfirmMs))
+        return;
+    server.clear();
+    multipleServersTimer.invalidate();
+    multipleServersSeen = true;
+    qDebug().noquote() << "udpHB: multiple servers detected.";
+    emit serverRemoved();
+    emit multipleServers();
+}
