@@ -1,9 +1,9 @@
 """Each device's FTP service, and the ways in which it can fail."""
 
 import dataclasses
-import errno
 import hashlib
 import os
+import socket
 
 from pyftpdlib.authorizers import DummyAuthorizer
 from pyftpdlib.filesystems import AbstractedFS
@@ -178,11 +178,12 @@ class Service:
         if self._device.ftp_fault == Fault("no-service"):
             return
         try:
-            self._server = FTPServer((self._device.address, self._port), self._session_class, ioloop=self._loop)
-        except OSError as error:
-            if error.errno != errno.EACCES:
-                raise
+            # Made here, since the library would hide why it cannot be bound.
+            listening = socket.create_server((self._device.address, self._port))
+        except PermissionError as error:
             self._report("ftp-unavailable", address=f"{self._device.address}:{self._port}", reason=error.strerror)
+            return
+        self._server = FTPServer(listening, self._session_class, ioloop=self._loop)
 
     def stop(self):
         """Closes the service with every connection to it."""
