@@ -122,6 +122,15 @@ private slots:
     void _q_piFtpReply(int code, const QString &text);
 
 private:
+    struct Request;
     struct Private;
+
+    int enqueue(Request request);
+    bool carryOut(const Request &request);
+    void startConnecting(const QString &host, quint16 port);
+    void sendLines(const Request &request);
+    void startUpload(const Request &request);
+    bool finishCommand(bool failed);
+
     std::unique_ptr<Private> d;
 };
