@@ -135,7 +135,9 @@ void QFtpPI::abort()
     // Without a line in flight the server answers nothing but the ABOR itself.
     abortState = state == Waiting || state == Begin ? AbortStarted : WaitForAbortToFinish;
     commandSocket->write("ABOR\r\n");
-    commandSocket->flush();
+    // An object that is going away has no later chance to send it.
+    if (commandSocket->state() == QAbstractSocket::ConnectedState)
+        commandSocket->flush();
     const bool isOpening = std::exchange(waitForDtpToConnect, false);
     if (isOpening || isCommand(currentCmd, "STOR "))
         dtp.abortConnection();
