@@ -1,0 +1,36 @@
+# shellcheck shell=bash disable=SC2034
+# Sourced by the scripts: the Debian and Ubuntu packages that the project needs, and how missing ones are installed.
+
+readonly build_packages=(g++ cmake ninja-build qtbase5-dev)
+readonly boat_packages=(python3 python3-pyftpdlib iproute2)
+# To show the window where there is no display, and to look at it.
+readonly off_screen_packages=(xvfb xdotool imagemagick)
+
+is_installed() {
+    [[ $(dpkg-query --show --showformat='${db:Status-Status}' "$1" 2>/dev/null) == installed ]]
+}
+
+# Installs what is missing of the packages named; asks for more rights only then.
+ensure_packages() {
+    local package missing=() as_root=()
+    if ! command -v apt-get >/dev/null; then
+        echo "No apt-get here. Needed, as named by Debian: $*" >&2
+        return
+    fi
+    for package in "$@"; do
+        is_installed "$package" || missing+=("$package")
+    done
+    [[ ${#missing[@]} -gt 0 ]] || return 0
+    echo "==> Installing ${missing[*]}"
+    if [[ $EUID -ne 0 ]]; then
+        if ! command -v sudo >/dev/null; then
+            echo "Please have these packages installed first: ${missing[*]}" >&2
+            return 1
+        fi
+        as_root=(sudo)
+    fi
+    # On a machine just started, unattended upgrades may hold the lock for a while.
+    as_root+=(env DEBIAN_FRONTEND=noninteractive NEEDRESTART_MODE=a apt-get -q -o DPkg::Lock::Timeout=300)
+    "${as_root[@]}" update </dev/null
+    "${as_root[@]}" install --yes --no-install-recommends "${missing[@]}" </dev/null
+}

@@ -1,0 +1,1 @@
+"""The simulated boat: its devices, what they send and what they obey, and what can go wrong with them."""
