@@ -1,21 +1,15 @@
 // The settings page against the simulated boat, over real FTP and UDP.
 
-#include "discovery/udphbclient.h"
 #include "settings/serverwidget.h"
+#include "tests/support/answers.h"
+#include "tests/support/boat.h"
 
-#include <QFileDialog>
 #include <QLabel>
-#include <QLineEdit>
-#include <QMessageBox>
-#include <QProcess>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QSettings>
-#include <QTemporaryDir>
 #include <QtTest>
 
-#include <csignal>
-#include <functional>
 #include <numeric>
 
 namespace
@@ -31,118 +25,6 @@ constexpr int longestTransferMs = 60000, sizeUnderWay = 100000;
 const QByteArray olderFile(9000000, 'x');
 
 enum Trouble { None, FullDisk, NoPartFile, CutOff, Stall, Vanish, Silent, Unopenable, Unreadable };
-
-QString operator""_s(const char *text, std::size_t length)
-{
-    return QString::fromLatin1(text, static_cast<int>(length));
-}
-
-QString n6Address()
-{
-    return qEnvironmentVariable("KELVORA_BOAT_PREFIX", "127.0.0."_s) + "10"_s;
-}
-
-QByteArray contents(const QString &name)
-{
-    QFile file(name);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void write(const QString &name, const QByteArray &bytes)
-{
-    QFile file(name);
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
-}
-
-// Kind 0xC6 is an N6, 0 a display that claims to be the server.
-void heartbeat(udpHBClient &client, char kind = '\xC6', const QString &host = n6Address())
-{
-    QByteArray datagram(41, '\0');
-    datagram[0] = kind;
-    datagram.replace(1, 11, "N6-30001234");
-    datagram[17] = 1;
-    datagram[37] = kind == 0;
-    client.processHeartbeat(datagram, QHostAddress(host));
-}
-
-// The simulated N6. It sends no heartbeat unasked: the tests say when one arrives.
-class Boat
-{
-public:
-    explicit Boat(const QString &options = QString())
-    {
-        simulator.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        const QString fixed =
-            "--screens 0 --screen2s 0 --einks 0 --no-gyro --heartbeat-interval 3600 --state-dir "_s;
-        simulator.start(QStringLiteral(KELVORA_BOATSIM),
-                        (fixed + state.path() + " "_s + options).split(QLatin1Char(' '), Qt::SkipEmptyParts));
-        waitFor("boat ready");
-        write(archive(), "the N6's own");
-    }
-    ~Boat()
-    {
-        simulator.kill();
-        simulator.waitForFinished();
-    }
-
-    QString archive() const { return state.path() + "/n6/media/kelvora-server-settings.tar.gz"_s; }
-    void send(int signal) { ::kill(static_cast<pid_t>(simulator.processId()), signal); }
-    QByteArray log() { return seen += simulator.readAllStandardOutput(); }
-    void waitFor(const QByteArray &line) { QTRY_VERIFY_WITH_TIMEOUT(log().contains(line), 10000); }
-    double secondsOf(const QByteArray &event)
-    {
-        const int start = seen.lastIndexOf('\n', log().indexOf(event)) + 1;
-        return seen.mid(start, seen.indexOf(' ', start) - start).toDouble();
-    }
-
-private:
-    QTemporaryDir state;
-    QProcess simulator;
-    QByteArray seen;
-};
-
-// Answers every file dialog with a file and closes every box, and remembers the boxes.
-class Answers : public QObject
-{
-public:
-    explicit Answers(const QString &chosen = QString()) : file(chosen) { look(); }
-
-    std::function<bool(QDialog *)> answer; // tried before the usual one
-    QStringList boxes;                     // icon and title
-
-private:
-    void look()
-    {
-        // A new timer each time: a repeating one would not fire in the event loop of what it opens.
-        QTimer::singleShot(20, this, &Answers::look);
-        auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
-        if (!dialog || dialog == answered)
-            return;
-        answered = dialog;
-        auto *box = qobject_cast<QMessageBox *>(dialog);
-        const bool overwrite = box && qobject_cast<QFileDialog *>(box->parent());
-        if (box && !overwrite)
-            boxes += QString::number(box->icon()) + " "_s + box->windowTitle();
-        if (overwrite)
-            box->button(QMessageBox::Yes)->click();
-        else if (answer && answer(dialog))
-            return;
-        else if (box)
-            box->close();
-        else
-            choose(qobject_cast<QFileDialog *>(dialog));
-        answered = nullptr;
-    }
-    void choose(QFileDialog *dialog) const
-    {
-        dialog->setDirectory(QFileInfo(file).path());
-        dialog->findChild<QLineEdit *>()->setText(QFileInfo(file).fileName());
-        QMetaObject::invokeMethod(dialog, "accept");
-    }
-
-    QString file;
-    QPointer<QDialog> answered;
-};
 
 } // namespace
 Q_DECLARE_METATYPE(Trouble)
