@@ -33,7 +33,7 @@ constexpr int commandRepeatMs = 100;
 
 // FTP service of every device, for firmware and settings alike.
 constexpr quint16 ftpPort = 21;
-constexpr QLatin1String ftpUser("kwz");
-constexpr QLatin1String ftpPassword("kwz");
+constexpr QLatin1String ftpUser("kwz", 3);
+constexpr QLatin1String ftpPassword("kwz", 3);
 
 } // namespace protocol

@@ -1,0 +1,68 @@
+// Builds heartbeat datagrams byte by byte, by offsets of its own, so that it checks the decoder.
+#pragma once
+
+#include <QByteArray>
+#include <QtEndian>
+
+#include <cstring>
+
+struct HeartbeatBytes {
+    quint8 kind = 0x00;
+    QByteArray serial = "S1";
+    quint8 valid = 1;
+    QByteArray firmware = "1.4";
+    double lux = 0.0;
+    float volts = 12.0F;
+    quint8 lsFlag = 0;
+    quint8 serverFlag = 0; ///< the status of a gyro
+    QByteArray system = "5.1.2-rt";
+    QByteArray application = "2.1.0";
+
+    QByteArray build() const
+    {
+        QByteArray bytes(38, '\0');
+        bytes[0] = static_cast<char>(kind);
+        put(bytes, 1, serial.left(16));
+        bytes[17] = static_cast<char>(valid);
+        put(bytes, 18, firmware.left(6));
+        qToLittleEndian(lux, bytes.data() + 24);
+        qToLittleEndian(volts, bytes.data() + 32);
+        bytes[36] = static_cast<char>(lsFlag);
+        bytes[37] = static_cast<char>(serverFlag);
+        bytes += static_cast<char>(system.size());
+        bytes += system;
+        bytes += static_cast<char>(application.size());
+        bytes += application;
+        return bytes;
+    }
+
+    /// An N6 writes its model and port modes over the light.
+    static QByteArray n6(const QByteArray &serial, int model = 1, int port1 = 0, int port2 = 0,
+                         const QByteArray &application = "3.6")
+    {
+        HeartbeatBytes parts;
+        parts.kind = 0xC6;
+        parts.serial = serial;
+        parts.application = application;
+        QByteArray bytes = parts.build();
+        bytes[29] = static_cast<char>(model);
+        bytes[30] = static_cast<char>(port1);
+        bytes[31] = static_cast<char>(port2);
+        return bytes;
+    }
+
+    static QByteArray screen(quint8 kind, const QByteArray &serial, bool server = false)
+    {
+        HeartbeatBytes parts;
+        parts.kind = kind;
+        parts.serial = serial;
+        parts.serverFlag = server ? 1 : 0;
+        return parts.build();
+    }
+
+private:
+    static void put(QByteArray &bytes, int offset, const QByteArray &text)
+    {
+        std::memcpy(bytes.data() + offset, text.constData(), static_cast<size_t>(text.size()));
+    }
+};
