@@ -28,6 +28,7 @@ Mainwindow::Mainwindow(QWidget *parent)
 {
     setWindowTitle(QCoreApplication::applicationName() + QStringLiteral(" - v") +
                    QCoreApplication::applicationVersion());
+    setWindowIcon(applicationIcon());
     setMinimumSize(770, 500);
     resize(900, 640);
 
