@@ -19,8 +19,7 @@ QIcon applicationIcon()
 {
     registerResources();
     QIcon icon;
-    // Window systems take what they need as it is drawn; scaled from one size, the small ones would be a
-    // blur.
+    // Each size as it is drawn for it: scaled down from one, the small ones would be a blur.
     for (const int size : {16, 24, 32, 48, 64, 128})
         icon.addFile(QStringLiteral(":/icons/app-%1").arg(size));
     return icon;
