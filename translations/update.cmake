@@ -3,9 +3,9 @@
 # warning is an error: it stands for a text that no translator would see.
 set(template ${TEMPLATE})
 if(CHECK_IN)
-    file(COPY ${TEMPLATE} DESTINATION ${CHECK_IN})
     get_filename_component(name ${TEMPLATE} NAME)
     set(template ${CHECK_IN}/${name})
+    configure_file(${TEMPLATE} ${template} COPYONLY)
 endif()
 
 # Without line numbers, which would change the template with every edit of a source.
