@@ -220,15 +220,22 @@ void QFtpDTP::socketReadyRead()
     } else if (pi->currentCommand().startsWith(QLatin1String("LIST"))) {
         readListing();
     } else if (hasDevice) {
-        readIntoDevice();
+        // Nothing that a server sends during an upload may end up in the source.
+        if (isRetrieving())
+            readIntoDevice();
     } else {
         // The caller may read when it is all there.
-        if (pi->currentCommand().startsWith(QLatin1String("RETR")))
+        if (isRetrieving())
             socket->setReadBufferSize(0);
         emit dataTransferProgress(bytesDone + socket->bytesAvailable(), bytesTotal);
         if (self)
             emit readyRead();
     }
+}
+
+bool QFtpDTP::isRetrieving() const
+{
+    return pi->currentCommand().startsWith(QLatin1String("RETR"));
 }
 
 void QFtpDTP::readListing()
