@@ -1,6 +1,359 @@
 #include "settings/serverwidget.h"
 
-ServerWidget::ServerWidget(QWidget *parent, udpHBClient *client) : QWidget(parent)
+#include "discovery/n6commands.h"
+#include "discovery/protocol.h"
+#include "discovery/udphbclient.h"
+#include "settings/archivedialog.h"
+#include "settings/archivefile.h"
+#include "ui_servercontrol.h"
+
+#include <QDateTime>
+#include <QDebug>
+#include <QDir>
+#include <QFile>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QNetworkAccessManager>
+#include <QNetworkRequest>
+#include <QStandardPaths>
+#include <QUdpSocket>
+
+namespace
 {
-    Q_UNUSED(client)
+
+constexpr int downloadAttempts = 15;
+constexpr int pollIntervalMs = 1000;
+// The network access manager waits for ever for an FTP server that has fallen silent.
+constexpr int stallTimeoutMs = 30000;
+
+QUrl archiveWithoutHost()
+{
+    QUrl url;
+    url.setScheme(QStringLiteral("ftp"));
+    url.setUserName(protocol::ftpUser);
+    url.setPassword(protocol::ftpPassword);
+    url.setPath(QStringLiteral("/media/kelvora-server-settings.tar.gz"));
+    return url;
+}
+
+QString documentsOrHome()
+{
+    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    return (QFileInfo(documents).isDir() ? documents : QDir::homePath()) + QLatin1Char('/');
+}
+
+// No extension: the dialog adds it.
+QString defaultBackupName()
+{
+    return QLatin1String("kelvora-settings-backup-") +
+           QDateTime::currentDateTime().toString(Qt::ISODate).replace(QLatin1Char(':'), QLatin1Char('-'));
+}
+
+} // namespace
+
+ServerWidget::ServerWidget(QWidget *parent, udpHBClient *sharedClient)
+    : QWidget(parent), ui(std::make_unique<Ui::ServerControl>()), client(sharedClient),
+      defaultFolder(documentsOrHome()), udpSocket(new QUdpSocket(this)),
+      network(new QNetworkAccessManager(this)), archiveUrl(archiveWithoutHost()),
+      attemptsLeft(downloadAttempts)
+{
+    qRegisterMetaType<QNetworkReply::NetworkError>();
+    ui->setupUi(this);
+    setButtonsEnabled(false);
+    connect(client, &udpHBClient::listUpdated, this, &ServerWidget::updateGUI);
+    connect(client, &udpHBClient::n6BeaconReceived, this, &ServerWidget::updateGUI);
+
+    connect(ui->backupButton, &QPushButton::clicked, this, &ServerWidget::startBackup);
+    connect(ui->restoreButton, &QPushButton::clicked, this, &ServerWidget::startRestore);
+    connect(ui->factoryButton, &QPushButton::clicked, this, &ServerWidget::startFactoryReset);
+
+    pollTimer.setSingleShot(true);
+    pollTimer.setInterval(pollIntervalMs);
+    connect(&pollTimer, &QTimer::timeout, this, [this] { downloadFile(backupTarget); });
+    stallTimer.setSingleShot(true);
+    stallTimer.setInterval(stallTimeoutMs);
+    connect(&stallTimer, &QTimer::timeout, this, [this] {
+        if (currentReply)
+            currentReply->abort();
+    });
+    updateGUI();
+}
+
+ServerWidget::~ServerWidget()
+{
+    dropTransfer();
+}
+
+void ServerWidget::updateGUI()
+{
+    serverSerial = client->n6Device().online ? client->n6Device().serial : QString();
+    serverAddress = client->serverAddress();
+    archiveUrl.setHost(serverAddress.toString());
+    ui->label_CurrentServer->setText(serverSerial.isEmpty() ? tr("No server configured.")
+                                                            : tr("Current server:  ") + serverSerial);
+    if (!busy && !serverAddress.isNull())
+        setButtonsEnabled(true);
+}
+
+void ServerWidget::startBackup()
+{
+    if (serverAddress.isNull())
+        return;
+    const QPointer<ServerWidget> self = this;
+    const QString chosen = archivedialog::run(
+        archivedialog::forBackup(this, defaultFolder, defaultFolder + defaultBackupName()));
+    if (!self || chosen.isEmpty())
+        return;
+    // An earlier backup that is still polling gives way to this one.
+    dropTransfer();
+    sendTwice(&ServerWidget::sendBackup);
+    busy = true;
+    setButtonsEnabled(false);
+    disconnect(client, &udpHBClient::listUpdated, this, &ServerWidget::updateGUI);
+    backupTarget = chosen;
+    attemptsLeft = downloadAttempts;
+    pollTimer.start();
+}
+
+void ServerWidget::startRestore()
+{
+    if (serverAddress.isNull())
+        return;
+    const QPointer<ServerWidget> self = this;
+    const QString chosen = archivedialog::run(archivedialog::forRestore(this, defaultFolder));
+    if (!self || chosen.isEmpty())
+        return;
+    busy = true;
+    setButtonsEnabled(false);
+    // A backup that was still polling is given up, and with it its hold on the page.
+    connect(client, &udpHBClient::listUpdated, this, &ServerWidget::updateGUI, Qt::UniqueConnection);
+    uploadFile(chosen);
+}
+
+void ServerWidget::startFactoryReset()
+{
+    if (serverAddress.isNull())
+        return;
+    // A notice rather than a question: the box has one button, and closing it in any way leads on.
+    if (showBox(QMessageBox::Warning, tr("Factory Reset"),
+                tr("Warning: All settings will be deleted from the server.\nDo you want to continue?"),
+                QMessageBox::Yes))
+        sendTwice(&ServerWidget::sendFactoryReset);
+}
+
+void ServerWidget::sendBackup()
+{
+    sendCommand(n6BackupCommand());
+}
+
+void ServerWidget::sendRestore()
+{
+    sendCommand(n6RestoreCommand());
+}
+
+void ServerWidget::sendFactoryReset()
+{
+    sendCommand(n6FactoryResetCommand(serverSerial));
+}
+
+void ServerWidget::uploadFile(const QString &fileName)
+{
+    dropTransfer();
+    lastError = QNetworkReply::NoError;
+    currentFile = new QFile(fileName);
+    // From a file that is not open the manager would upload zero bytes and report success.
+    if (!currentFile->open(QIODevice::ReadOnly)) {
+        uploadError(QNetworkReply::UnknownContentError);
+        uploadFinished();
+        return;
+    }
+    QNetworkReply *reply = network->put(QNetworkRequest(archiveUrl), currentFile);
+    connect(reply, &QNetworkReply::errorOccurred, this, &ServerWidget::uploadError);
+    watch(reply, &ServerWidget::uploadFinished);
+}
+
+void ServerWidget::uploadError(QNetworkReply::NetworkError error)
+{
+    qDebug().noquote() << "upload error:" << error;
+    lastError = error;
+    busy = false;
+}
+
+void ServerWidget::uploadFinished()
+{
+    // A local file that failed under the upload has arrived cut off.
+    if (lastError == QNetworkReply::NoError && currentFile && currentFile->error() != QFileDevice::NoError)
+        uploadError(QNetworkReply::UnknownContentError);
+    closeTransfer();
+    bool alive = false;
+    if (lastError != QNetworkReply::NoError) {
+        alive = showBox(QMessageBox::Critical, tr("Settings upload failed!"),
+                        tr("Can not upload to system.\nTry again when server is available."));
+    } else {
+        sendTwice(&ServerWidget::sendRestore);
+        alive =
+            showBox(QMessageBox::Information, tr("Backup upload complete!"), tr("Settings upload complete."));
+    }
+    if (alive)
+        busy = false;
+}
+
+void ServerWidget::downloadFile(const QString &fileName)
+{
+    dropTransfer();
+    lastError = QNetworkReply::NoError;
+    backupTarget = fileName;
+    currentFile = new QFile(archivefile::partName(fileName));
+    if (!currentFile->open(QIODevice::WriteOnly | QIODevice::Truncate)) {
+        const QString text = currentFile->fileName() + QLatin1Char('\n') + currentFile->errorString();
+        closeTransfer();
+        showBox(QMessageBox::Critical, tr("Unable to create backup!"), text);
+        return;
+    }
+    QNetworkReply *reply = network->get(QNetworkRequest(archiveUrl));
+    connect(reply, &QNetworkReply::readyRead, this, &ServerWidget::downloadReadyRead);
+    connect(reply, &QNetworkReply::errorOccurred, this, &ServerWidget::downloadError);
+    watch(reply, &ServerWidget::downloadFinished);
+}
+
+void ServerWidget::downloadReadyRead()
+{
+    if (!currentReply || !currentFile)
+        return;
+    const QByteArray received = currentReply->readAll();
+    if (currentFile->write(received) != received.size())
+        currentReply->abort();
+}
+
+void ServerWidget::downloadError(QNetworkReply::NetworkError error)
+{
+    qDebug().noquote() << "download error:" << error;
+    lastError = error;
+    --attemptsLeft;
+    busy = false;
+}
+
+void ServerWidget::downloadFinished()
+{
+    qDebug().noquote() << "download finished";
+    if (!currentFile)
+        return;
+    const QString part = currentFile->fileName();
+    if (lastError == QNetworkReply::NoError && !sealPartFile())
+        downloadError(QNetworkReply::UnknownContentError);
+    closeTransfer();
+    if (lastError == QNetworkReply::NoError)
+        archivefile::replace(part, archivefile::finalName(part));
+    else
+        QFile::remove(part);
+    if (lastError == QNetworkReply::ContentNotFoundError && attemptsLeft >= 1) {
+        qDebug().noquote() << "backup not ready" << attemptsLeft << "attempts left";
+        pollTimer.start();
+        return;
+    }
+    if (!showDownloadResult())
+        return;
+    busy = false;
+    connect(client, &udpHBClient::listUpdated, this, &ServerWidget::updateGUI, Qt::UniqueConnection);
+    updateGUI();
+}
+
+bool ServerWidget::showDownloadResult()
+{
+    switch (lastError) {
+    case QNetworkReply::NoError:
+        return showBox(QMessageBox::Information, tr("Backup download complete!"),
+                       tr("Settings backup complete."));
+    case QNetworkReply::ContentNotFoundError:
+        return showBox(QMessageBox::Warning, tr("Backup download failed!"),
+                       tr("Kelvora server was not able to backup your settings."));
+    default:
+        return showBox(QMessageBox::Critical, tr("Backup download failed!"),
+                       tr("Can not access backup on server.\nTry again when a server is available."));
+    }
+}
+
+// Finds what the network layer does not report: an archive that ends early, and a disk that does not take it.
+bool ServerWidget::sealPartFile()
+{
+    const QVariant announced =
+        currentReply ? currentReply->header(QNetworkRequest::ContentLengthHeader) : QVariant();
+    const bool whole =
+        currentFile->flush() && (!announced.isValid() || announced.toLongLong() == currentFile->size());
+    currentFile->close();
+    return whole && archivefile::syncToDisk(currentFile->fileName());
+}
+
+void ServerWidget::watch(QNetworkReply *reply, void (ServerWidget::*end)())
+{
+    currentReply = reply;
+    // The end may show a box, in whose event loop the page and its reply can die: it comes queued, so that
+    // the reply is not on the stack then, and not for a reply that has been replaced.
+    connect(
+        reply, &QNetworkReply::finished, this,
+        [this, reply, end] {
+            if (reply == currentReply)
+                (this->*end)();
+        },
+        Qt::QueuedConnection);
+    const auto keepWaiting = [this] { stallTimer.start(); };
+    connect(reply, &QNetworkReply::downloadProgress, this, keepWaiting);
+    connect(reply, &QNetworkReply::uploadProgress, this, keepWaiting);
+    stallTimer.start();
+}
+
+void ServerWidget::closeTransfer()
+{
+    stallTimer.stop();
+    if (currentReply) {
+        currentReply->disconnect(this);
+        currentReply->abort();
+        currentReply->deleteLater();
+        currentReply.clear();
+    }
+    delete currentFile;
+}
+
+// Ends what is under way without a word, as it is replaced or the page goes.
+void ServerWidget::dropTransfer()
+{
+    pollTimer.stop();
+    const QString part = currentFile && currentFile->isWritable() ? currentFile->fileName() : QString();
+    closeTransfer();
+    if (!part.isEmpty())
+        QFile::remove(part);
+}
+
+void ServerWidget::setButtonsEnabled(bool enabled)
+{
+    ui->backupButton->setEnabled(enabled);
+    ui->restoreButton->setEnabled(enabled);
+    ui->factoryButton->setEnabled(enabled);
+}
+
+void ServerWidget::sendTwice(void (ServerWidget::*send)())
+{
+    (this->*send)();
+    QTimer::singleShot(protocol::commandRepeatMs, this, send);
+}
+
+void ServerWidget::sendCommand(const QByteArray &datagram)
+{
+    // The second copy may be due after the server has gone.
+    if (!serverAddress.isNull())
+        udpSocket->writeDatagram(datagram, serverAddress, protocol::commandPort);
+}
+
+// True when the user closed the box; false when the page died or the program was ended under it, after which
+// the page must not be touched.
+bool ServerWidget::showBox(QMessageBox::Icon icon, const QString &title, const QString &text,
+                           QMessageBox::StandardButtons buttons)
+{
+    const QPointer<QMessageBox> box = new QMessageBox(icon, title, text, buttons, this);
+    box->exec();
+    if (!box)
+        return false;
+    const bool closed = !box->isVisible();
+    delete box;
+    return closed;
 }
