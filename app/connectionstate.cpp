@@ -12,12 +12,16 @@ namespace
 {
 
 constexpr int firstVerdictMs = 6000;
+constexpr int heightPx = 50;
+constexpr int gapPx = 40;
+constexpr int fontPx = 16;
+constexpr QSize iconSizePx(26, 26);
 
 QLabel *newLabel(const QString &text, QWidget *parent)
 {
     auto *label = new QLabel(text, parent);
     QFont font = label->font();
-    font.setPixelSize(16);
+    font.setPixelSize(fontPx);
     label->setFont(font);
     label->setAlignment(Qt::AlignLeft | Qt::AlignHCenter | Qt::AlignVCenter);
     return label;
@@ -29,17 +33,17 @@ connectionState::connectionState(QWidget *parent, udpHBClient *sharedClient)
     : QWidget(parent), client(sharedClient), statusIcon(new QPushButton(this)),
       statusText(newLabel(tr("Not connected"), this)), extraText(newLabel(QString(), this))
 {
-    setFixedHeight(50);
+    setFixedHeight(heightPx);
     statusIcon->setStyleSheet(QStringLiteral("QPushButton{border:none}"));
-    statusIcon->setIconSize(QSize(26, 26));
-    statusIcon->setIcon(builtinIcon(QStringLiteral("error")));
+    statusIcon->setIconSize(iconSizePx);
+    statusIcon->setIcon(builtinIcon(shownIcon));
     // It only shows a picture of what the text says: nothing to press or to stop at.
     statusIcon->setFocusPolicy(Qt::NoFocus);
 
     auto *layout = new QHBoxLayout(this);
     layout->addWidget(statusIcon);
     layout->addWidget(statusText);
-    layout->addSpacing(40);
+    layout->addSpacing(gapPx);
     layout->addWidget(extraText);
     layout->addStretch();
 
@@ -76,8 +80,9 @@ void connectionState::showIncompatible()
 void connectionState::showStatus(const QString &icon, const QString &text)
 {
     // Under many heartbeats the verdict is mostly the one already shown.
-    if (statusText->text() == text)
+    if (shownIcon == icon && statusText->text() == text)
         return;
+    shownIcon = icon;
     statusIcon->setIcon(builtinIcon(icon));
     statusText->setText(text);
 }

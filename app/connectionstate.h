@@ -1,5 +1,3 @@
-// The strip on top of the window that says in one line whether the boat's instruments are reachable. It only
-// reads the heartbeat client, which the window owns.
 #pragma once
 
 #include <QWidget>
@@ -8,6 +6,8 @@ class QLabel;
 class QPushButton;
 class udpHBClient;
 
+/// The strip on top of the window that says in one line whether the boat's instruments are reachable. It only
+/// reads the heartbeat client, which the window owns.
 class connectionState : public QWidget
 {
     Q_OBJECT
@@ -27,6 +27,7 @@ private:
 
     udpHBClient *client;
     bool incompatible = false;
+    QString shownIcon = QStringLiteral("error");
     QPushButton *statusIcon;
     QLabel *statusText;
     QLabel *extraText;

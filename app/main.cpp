@@ -6,6 +6,8 @@ int main(int argc, char *argv[])
 {
     // Read by the toolkit while the application object is made.
     qputenv("QT_AUTO_SCREEN_SCALE_FACTOR", "1");
+    // The icons have a second size for such screens.
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     const QApplication application(argc, argv);
     QCoreApplication::setOrganizationName(QStringLiteral("Kelvora"));
     QCoreApplication::setOrganizationDomain(QStringLiteral("kelvora.example"));

@@ -15,27 +15,29 @@
 namespace
 {
 
-constexpr int activeMode = 0;
-constexpr int logoHeight = 70;
+constexpr QSize minimumSizePx(770, 500);
+constexpr QSize initialSizePx(900, 640);
+constexpr QMargins marginsPx(4, 2, 2, 2);
+constexpr int logoHeightPx = 70;
 constexpr int n6Tab = 3;
 constexpr int settingsTab = 4;
 
 } // namespace
 
 Mainwindow::Mainwindow(QWidget *parent)
-    : QWidget(parent), client(new udpHBClient(activeMode, this)), tabs(new QTabWidget(this)),
+    : QWidget(parent), client(new udpHBClient(udpHBClient::Active, this)), tabs(new QTabWidget(this)),
       logo(new QPushButton(this))
 {
     setWindowTitle(QCoreApplication::applicationName() + QStringLiteral(" - v") +
                    QCoreApplication::applicationVersion());
-    setMinimumSize(770, 500);
-    resize(900, 640);
+    setMinimumSize(minimumSizePx);
+    resize(initialSizePx);
 
     connect(client, &udpHBClient::incompatibleDevice, this, &Mainwindow::disableTabs);
     connect(client, &udpHBClient::n6BeaconReceived, this, &Mainwindow::enableTabs);
 
     auto *layout = new QVBoxLayout(this);
-    layout->setContentsMargins(4, 2, 2, 2);
+    layout->setContentsMargins(marginsPx);
     layout->addWidget(new connectionState(this, client));
     layout->addWidget(tabs);
     layout->addWidget(logo);
@@ -43,7 +45,15 @@ Mainwindow::Mainwindow(QWidget *parent)
     addPages();
 
     logo->setStyleSheet(QStringLiteral("QPushButton { border:none; outline:none; background-color:black; }"));
+    // A banner: nothing to press or to stop at.
+    logo->setFocusPolicy(Qt::NoFocus);
     logo->setIcon(builtinIcon(QStringLiteral("logo")));
+}
+
+// The pages may read the client to their last, so it must not go before them.
+Mainwindow::~Mainwindow()
+{
+    qDeleteAll(findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly));
 }
 
 void Mainwindow::addPages()
@@ -73,5 +83,5 @@ void Mainwindow::enableTabs()
 void Mainwindow::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
-    logo->setIconSize(QSize(width(), logoHeight));
+    logo->setIconSize(QSize(width(), logoHeightPx));
 }

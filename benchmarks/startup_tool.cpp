@@ -7,6 +7,7 @@
 
 int main(int argc, char *argv[])
 {
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     const QApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("KelvoraTool"));
     QCoreApplication::setApplicationVersion(QStringLiteral("3.6"));

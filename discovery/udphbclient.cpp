@@ -7,7 +7,6 @@
 #include <QDebug>
 #include <QNetworkDatagram>
 #include <QUdpSocket>
-#include <QVector>
 
 #include <algorithm>
 #include <utility>
@@ -15,8 +14,6 @@
 namespace
 {
 
-constexpr int activeMode = 0;
-constexpr int passiveMode = 2;
 // A read loop yields to painting and input after this time; what is left signals ready-read again.
 constexpr int longestReadMs = 20;
 
@@ -47,7 +44,7 @@ void sendMulticastRequest(QUdpSocket *socket, const QNetworkInterface &through)
     socket->writeDatagram(requestDatagram(), protocol::multicastGroup(), protocol::requestPort);
 }
 
-// The socket may be the one whose signal is being handled: it falls silent now and goes later.
+// The socket may be the one that is being read: it falls silent now and goes later.
 void retire(QUdpSocket *socket)
 {
     if (!socket)
@@ -74,15 +71,19 @@ const ScreenDevice *udpHBClient::serverScreen() const
 
 void udpHBClient::createSockets()
 {
+    // Reading is queued: a slot of ours may run an event loop of its own, in which the watchdog replaces the
+    // socket, and that must not happen while the socket's signal is on the stack.
     retire(broadcastSocket);
     broadcastSocket = new QUdpSocket(this);
     bindSocket(broadcastSocket, protocol::heartbeatPort);
-    connect(broadcastSocket, &QUdpSocket::readyRead, this, &udpHBClient::readBroadcastDatagrams);
+    connect(broadcastSocket, &QUdpSocket::readyRead, this, &udpHBClient::readBroadcastDatagrams,
+            Qt::QueuedConnection);
 
     retire(responseSocket);
     responseSocket = new QUdpSocket(this);
     bindSocket(responseSocket, 0);
-    connect(responseSocket, &QUdpSocket::readyRead, this, &udpHBClient::readResponseDatagrams);
+    connect(responseSocket, &QUdpSocket::readyRead, this, &udpHBClient::readResponseDatagrams,
+            Qt::QueuedConnection);
 
     trafficWatchdog.start();
     sendRequest();
@@ -102,7 +103,7 @@ void udpHBClient::bindSocket(QUdpSocket *socket, quint16 port)
 void udpHBClient::sendRequest()
 {
     requestTimer.start();
-    if (mode == passiveMode)
+    if (mode == Passive)
         return;
     for (const QNetworkInterface &through : interfaces::asking()) {
         sendMulticastRequest(responseSocket, through);
@@ -112,7 +113,7 @@ void udpHBClient::sendRequest()
 
 void udpHBClient::sendRequestTo(const QHostAddress &target)
 {
-    if (mode != passiveMode && !target.isNull())
+    if (mode != Passive && !target.isNull())
         responseSocket->writeDatagram(requestDatagram(), target, protocol::requestPort);
 }
 
@@ -222,7 +223,7 @@ void udpHBClient::tick()
         return;
     }
     bool requestDue =
-        ranLongerThan(requestTimer, protocol::requestRepeatMs) && (mode == activeMode || server.isNull());
+        ranLongerThan(requestTimer, protocol::requestRepeatMs) && (mode == Active || server.isNull());
     const bool listChanged = expireScreens();
     if (n6.online && ranLongerThan(n6.lastSeen, protocol::deviceTimeoutMs)) {
         n6.online = false;
@@ -250,29 +251,25 @@ void udpHBClient::tick()
 }
 
 // Asks the displays that have been silent for a while and drops those that stay so; returns whether any went.
-// Goes by addresses, since a slot of screenRemoved() may change the list under the loop.
+// A slot of screenRemoved() may change the list under the loop, so the record is looked up again after it.
 bool udpHBClient::expireScreens()
 {
-    QVector<QHostAddress> addresses;
-    addresses.reserve(displays.size());
-    std::transform(displays.cbegin(), displays.cend(), std::back_inserter(addresses),
-                   [](const ScreenDevice &screen) { return screen.address; });
     bool changed = false;
-    for (const QHostAddress &address : qAsConst(addresses)) {
-        const int index = indexOfScreen(address);
-        if (index < 0)
+    for (int i = 0; i < displays.size();) {
+        const ScreenDevice screen = displays.at(i);
+        if (!ranLongerThan(screen.lastSeen, protocol::deviceTimeoutMs)) {
+            if (ranLongerThan(screen.lastSeen, protocol::requestRepeatMs))
+                sendRequestTo(screen.address);
+            ++i;
             continue;
-        if (ranLongerThan(displays.at(index).lastSeen, protocol::deviceTimeoutMs)) {
-            qDebug().noquote() << "udpHB: Instrument" << address.toString() << "timed out";
-            const QString serial = displays.at(index).serial;
-            emit screenRemoved(serial);
-            const int stillAt = indexOfScreen(address);
-            if (stillAt >= 0)
-                displays.removeAt(stillAt);
-            changed = true;
-        } else if (ranLongerThan(displays.at(index).lastSeen, protocol::requestRepeatMs)) {
-            sendRequestTo(address);
         }
+        qDebug().noquote() << "udpHB: Instrument" << screen.address.toString() << "timed out";
+        emit screenRemoved(screen.serial);
+        const bool stillHere = i < displays.size() && displays.at(i).address == screen.address;
+        const int stillAt = stillHere ? i : indexOfScreen(screen.address);
+        if (stillAt >= 0)
+            displays.removeAt(stillAt);
+        changed = true;
     }
     return changed;
 }

@@ -1,5 +1,3 @@
-// Finds the devices of the boat by their heartbeats and keeps their records current. The main window owns the
-// one client of the process; every page shares it and hears of changes through its signals.
 #pragma once
 
 #include "discovery/devices.h"
@@ -12,13 +10,19 @@
 
 class QUdpSocket;
 
+/// Finds the devices of the boat by their heartbeats and keeps their records current. The main window owns
+/// the one client of the process; every page shares it and hears of changes through its signals. A slot of
+/// these may do anything but delete the client.
 class udpHBClient : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Starts asking at once. requestMode 0 asks periodically; 2 never sends anything; any other value asks
-    /// periodically only while no server is known.
+    /// When to ask by multicast again: always, never (and nothing is sent to anyone), or, for any other
+    /// value, only while no server is known.
+    enum Mode { Active = 0, Passive = 2 };
+
+    /// Starts asking at once, in a Mode.
     explicit udpHBClient(int requestMode, QObject *parent = nullptr);
 
     /// The displays in order of first appearance. Copy what is needed before an event loop may run.
@@ -26,9 +30,15 @@ public:
     /// The display that is the elected server, or nullptr when there is none or the server is the N6. Valid
     /// until the list changes.
     const ScreenDevice *serverScreen() const;
+    /// The N6 as last heard; while it is offline its address is null. The next heartbeat overwrites the
+    /// record.
     const N6Device &n6Device() const { return n6; }
+    /// The gyro as last heard; while it is offline its address is null. The next heartbeat overwrites the
+    /// record.
     const GyroDevice &gyroDevice() const { return gyro; }
+    /// An N6 was heard and has not timed out.
     bool n6Online() const { return n6.online; }
+    /// A gyro was heard and has not timed out.
     bool gyroOnline() const { return gyro.online; }
     /// Several devices have claimed to be the server for 2500 ms.
     bool multipleServersDetected() const { return multipleServersSeen; }
@@ -60,7 +70,10 @@ signals:
 public slots:
     /// Once a second: times devices out, asks the silent ones, renews sockets that hear nothing.
     void tick();
+    /// Takes the heartbeats that devices sent unasked; for a few milliseconds at most, what is left comes
+    /// next.
     void readBroadcastDatagrams();
+    /// The same for heartbeats that answer a request.
     void readResponseDatagrams();
     /// Decodes one datagram and updates the records. Malformed ones are dropped silently.
     void processHeartbeat(const QByteArray &datagram, const QHostAddress &sender);

@@ -141,7 +141,7 @@ class RunningBoat(unittest.TestCase):
 
     @unittest.skipIf(PREFIX.startswith("127.") and os.geteuid() != 0, "port 21 is not ours here")
     def test_backup_and_restore_carry_the_settings(self):
-        simulator = self.start("--archive-delay=0.3", "--port2-mode=1")
+        simulator = self.start("--archive-delay=0.3", "--port2-mode=1", "--archive-padding=20000", "--ftp-fault=n6=slow:40000")
         session = self.ftp(N6)
         for _ in range(2):
             self.order(b"\x07")
@@ -151,7 +151,9 @@ class RunningBoat(unittest.TestCase):
             session.size(ARCHIVE)
         simulator.expect("n6 archive-ready")
         archive = io.BytesIO()
+        begin = time.monotonic()
         session.retrbinary("RETR " + ARCHIVE, archive.write)
+        self.assertGreater(time.monotonic() - begin, 0.4)
         with tarfile.open(fileobj=io.BytesIO(archive.getvalue())) as opened:
             self.assertEqual(json.load(opened.extractfile("settings.json"))["port2Mode"], 1)
         self.order(b"\x31\x02")

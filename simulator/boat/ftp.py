@@ -1,17 +1,18 @@
 """Each device's FTP service, and the ways in which it can fail."""
 
 import dataclasses
-import errno
 import hashlib
 import os
+import socket
 
 from pyftpdlib.authorizers import DummyAuthorizer
 from pyftpdlib.filesystems import AbstractedFS
-from pyftpdlib.handlers import DTPHandler, FTPHandler, ThrottledDTPHandler
+from pyftpdlib.handlers import DTPHandler, FTPHandler
 from pyftpdlib.servers import FTPServer
 
 USER = PASSWORD = "kwz"
 
+_PIECES_PER_SECOND = 20
 _READ_ONLY, _READ_AND_WRITE = "elr", "elradfmw"
 # Every fault, what it does, and whether a number of bytes belongs to it.
 FAULTS = {
@@ -65,6 +66,40 @@ class _DeviceDisk(AbstractedFS):
             return file
         self.last_upload = _HashedFile(file)
         return self.last_upload
+
+
+class _SlowTransfer(DTPHandler):
+    """Pauses after each piece for as long as the piece should have taken.
+
+    The library's throttled handler lets the first seconds' worth through at once, which is all of a small file.
+    """
+
+    bytes_per_second = 0
+
+    def __init__(self, sock, cmd_channel):
+        self._piece = max(1, self.bytes_per_second // _PIECES_PER_SECOND)
+        self.ac_in_buffer_size = self._piece
+        super().__init__(sock, cmd_channel)
+
+    def handle_read(self):
+        before = self.tot_bytes_received
+        super().handle_read()
+        self._pause(self.tot_bytes_received - before)
+
+    handle_read_event = handle_read
+
+    def send(self, data):
+        sent = super().send(data[: self._piece])
+        self._pause(sent)
+        return sent
+
+    def _pause(self, count):
+        if count and self.connected:
+            self.del_channel()
+            self.call_later(count / self.bytes_per_second, self._resume)
+
+    def _resume(self):
+        self.add_channel(events=self.ioloop.READ if self.receive else self.ioloop.WRITE)
 
 
 class _DroppedTransfer(DTPHandler):
@@ -158,7 +193,7 @@ class Service:
             permissions = _READ_ONLY if fault.kind == "read-only" else _READ_AND_WRITE
             authorizer.add_user(USER, PASSWORD, str(home), perm=permissions)
         transfer = {
-            "slow": type("SlowTransfer", (ThrottledDTPHandler,), {"read_limit": fault.amount, "write_limit": fault.amount}),
+            "slow": type("SlowTransfer", (_SlowTransfer,), {"bytes_per_second": fault.amount}),
             "drop": type("DroppedTransfer", (_DroppedTransfer,), {"drop_after": fault.amount}),
         }.get(fault.kind, DTPHandler)
         attributes = {
@@ -178,11 +213,12 @@ class Service:
         if self._device.ftp_fault == Fault("no-service"):
             return
         try:
-            self._server = FTPServer((self._device.address, self._port), self._session_class, ioloop=self._loop)
-        except OSError as error:
-            if error.errno != errno.EACCES:
-                raise
+            # Made here, since the library would hide why it cannot be bound.
+            listening = socket.create_server((self._device.address, self._port))
+        except PermissionError as error:
             self._report("ftp-unavailable", address=f"{self._device.address}:{self._port}", reason=error.strerror)
+            return
+        self._server = FTPServer(listening, self._session_class, ioloop=self._loop)
 
     def stop(self):
         """Closes the service with every connection to it."""

@@ -16,6 +16,8 @@ _REQUEST = b"\x00"
 _LONGEST_WAIT_SECONDS = 0.2
 _SHORTEST_WAIT_SECONDS = 0.001
 _LOOPBACK_PREFIX = "127."
+# From an update's last byte to the reboot, in which the client says goodbye.
+_UNPACKING_SECONDS = 1.0
 
 
 class Boat:
@@ -125,8 +127,8 @@ class Boat:
 
     def _uploaded(self, device, path):
         if self._options.reboot is not None and path == "/update/image":
-            self._loop.call_later(0, self._leave, device)
-            self._loop.call_later(self._options.reboot, self._return, device)
+            self._loop.call_later(_UNPACKING_SECONDS, self._leave, device)
+            self._loop.call_later(_UNPACKING_SECONDS + self._options.reboot, self._return, device)
 
     def _leave(self, device):
         device.away = True

@@ -6,6 +6,7 @@ import json
 import os
 import random
 import tarfile
+import zlib
 
 MEMBER = "settings.json"
 PADDING_MEMBER = "tracks.bin"
@@ -33,8 +34,8 @@ def read_archive(path):
     try:
         with tarfile.open(path, "r:gz") as archive:
             member = archive.extractfile(MEMBER)
-            settings = json.load(member)
-    except (OSError, EOFError, KeyError, ValueError, tarfile.TarError) as error:
+            settings = json.load(member) if member else None
+    except (OSError, EOFError, KeyError, ValueError, tarfile.TarError, zlib.error) as error:
         raise ValueError(f"not a settings archive: {error}") from error
     if not isinstance(settings, dict) or not all(
         isinstance(settings.get(mode), int) and -128 <= settings[mode] <= 127 for mode in ("port1Mode", "port2Mode")
