@@ -161,15 +161,17 @@ void ServerWidget::uploadFile(const QString &fileName)
     dropTransfer();
     lastError = QNetworkReply::NoError;
     currentFile = new QFile(fileName);
-    // From a file that is not open the manager would upload zero bytes and report success.
-    if (!currentFile->open(QIODevice::ReadOnly)) {
+    // From a file that cannot be read the manager would upload zero bytes and report success.
+    if (!currentFile->open(QIODevice::ReadOnly) ||
+        (currentFile->peek(1).isEmpty() && currentFile->error() != QFileDevice::NoError)) {
         uploadError(QNetworkReply::UnknownContentError);
         uploadFinished();
         return;
     }
     QNetworkReply *reply = network->put(QNetworkRequest(archiveUrl), currentFile);
     connect(reply, &QNetworkReply::errorOccurred, this, &ServerWidget::uploadError);
-    watch(reply, &ServerWidget::uploadFinished);
+    connect(reply, &QNetworkReply::finished, this, &ServerWidget::uploadFinished);
+    watch(reply);
 }
 
 void ServerWidget::uploadError(QNetworkReply::NetworkError error)
@@ -185,16 +187,20 @@ void ServerWidget::uploadFinished()
     if (lastError == QNetworkReply::NoError && currentFile && currentFile->error() != QFileDevice::NoError)
         uploadError(QNetworkReply::UnknownContentError);
     closeTransfer();
-    bool alive = false;
-    if (lastError != QNetworkReply::NoError) {
-        alive = showBox(QMessageBox::Critical, tr("Settings upload failed!"),
-                        tr("Can not upload to system.\nTry again when server is available."));
-    } else {
+    if (lastError == QNetworkReply::NoError)
         sendTwice(&ServerWidget::sendRestore);
-        alive =
-            showBox(QMessageBox::Information, tr("Backup upload complete!"), tr("Settings upload complete."));
-    }
-    if (alive)
+    reportLater(&ServerWidget::reportUpload);
+}
+
+void ServerWidget::reportUpload(int error)
+{
+    const bool closed = error == QNetworkReply::NoError
+                            ? showBox(QMessageBox::Information, tr("Backup upload complete!"),
+                                      tr("Settings upload complete."))
+                            : showBox(QMessageBox::Critical, tr("Settings upload failed!"),
+                                      tr("Can not upload to system.\nTry again when server is available."));
+    // The buttons come back with the next heartbeat.
+    if (closed)
         busy = false;
 }
 
@@ -213,7 +219,8 @@ void ServerWidget::downloadFile(const QString &fileName)
     QNetworkReply *reply = network->get(QNetworkRequest(archiveUrl));
     connect(reply, &QNetworkReply::readyRead, this, &ServerWidget::downloadReadyRead);
     connect(reply, &QNetworkReply::errorOccurred, this, &ServerWidget::downloadError);
-    watch(reply, &ServerWidget::downloadFinished);
+    connect(reply, &QNetworkReply::finished, this, &ServerWidget::downloadFinished);
+    watch(reply);
 }
 
 void ServerWidget::downloadReadyRead()
@@ -251,26 +258,26 @@ void ServerWidget::downloadFinished()
         pollTimer.start();
         return;
     }
-    if (!showDownloadResult())
+    reportLater(&ServerWidget::reportDownload);
+}
+
+void ServerWidget::reportDownload(int error)
+{
+    bool closed = false;
+    if (error == QNetworkReply::NoError)
+        closed = showBox(QMessageBox::Information, tr("Backup download complete!"),
+                         tr("Settings backup complete."));
+    else if (error == QNetworkReply::ContentNotFoundError)
+        closed = showBox(QMessageBox::Warning, tr("Backup download failed!"),
+                         tr("Kelvora server was not able to backup your settings."));
+    else
+        closed = showBox(QMessageBox::Critical, tr("Backup download failed!"),
+                         tr("Can not access backup on server.\nTry again when a server is available."));
+    if (!closed)
         return;
     busy = false;
     connect(client, &udpHBClient::listUpdated, this, &ServerWidget::updateGUI, Qt::UniqueConnection);
     updateGUI();
-}
-
-bool ServerWidget::showDownloadResult()
-{
-    switch (lastError) {
-    case QNetworkReply::NoError:
-        return showBox(QMessageBox::Information, tr("Backup download complete!"),
-                       tr("Settings backup complete."));
-    case QNetworkReply::ContentNotFoundError:
-        return showBox(QMessageBox::Warning, tr("Backup download failed!"),
-                       tr("Kelvora server was not able to backup your settings."));
-    default:
-        return showBox(QMessageBox::Critical, tr("Backup download failed!"),
-                       tr("Can not access backup on server.\nTry again when a server is available."));
-    }
 }
 
 // Finds what the network layer does not report: an archive that ends early, and a disk that does not take it.
@@ -284,22 +291,20 @@ bool ServerWidget::sealPartFile()
     return whole && archivefile::syncToDisk(currentFile->fileName());
 }
 
-void ServerWidget::watch(QNetworkReply *reply, void (ServerWidget::*end)())
+void ServerWidget::watch(QNetworkReply *reply)
 {
     currentReply = reply;
-    // The end may show a box, in whose event loop the page and its reply can die: it comes queued, so that
-    // the reply is not on the stack then, and not for a reply that has been replaced.
-    connect(
-        reply, &QNetworkReply::finished, this,
-        [this, reply, end] {
-            if (reply == currentReply)
-                (this->*end)();
-        },
-        Qt::QueuedConnection);
     const auto keepWaiting = [this] { stallTimer.start(); };
     connect(reply, &QNetworkReply::downloadProgress, this, keepWaiting);
     connect(reply, &QNetworkReply::uploadProgress, this, keepWaiting);
     stallTimer.start();
+}
+
+// A box runs an event loop of its own, in which the page may go, and the reply with it: none of the reply's
+// signals may be on the stack then. Nor would the reply be deleted before the box is closed.
+void ServerWidget::reportLater(void (ServerWidget::*report)(int))
+{
+    QTimer::singleShot(0, this, [this, report, error = lastError] { (this->*report)(error); });
 }
 
 void ServerWidget::closeTransfer()
@@ -308,6 +313,11 @@ void ServerWidget::closeTransfer()
     if (currentReply) {
         currentReply->disconnect(this);
         currentReply->abort();
+        // Until its reply has gone, an aborted upload may read on: its file goes along.
+        if (currentFile && currentFile->isReadable()) {
+            currentFile->setParent(currentReply);
+            currentFile.clear();
+        }
         currentReply->deleteLater();
         currentReply.clear();
     }

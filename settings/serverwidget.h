@@ -60,9 +60,11 @@ private:
     void setButtonsEnabled(bool enabled);
     void sendCommand(const QByteArray &datagram);
     void sendTwice(void (ServerWidget::*send)());
-    void watch(QNetworkReply *reply, void (ServerWidget::*end)());
+    void watch(QNetworkReply *reply);
     bool sealPartFile();
-    bool showDownloadResult();
+    void reportLater(void (ServerWidget::*report)(int error));
+    void reportUpload(int error);
+    void reportDownload(int error);
     void closeTransfer();
     void dropTransfer();
     bool showBox(QMessageBox::Icon icon, const QString &title, const QString &text,
