@@ -1,0 +1,324 @@
+#include "ftp/qftpdtp.h"
+
+#include "ftp/ftplisting.h"
+#include "ftp/networksession.h"
+#include "ftp/qftppi.h"
+#include "ftp/socketsignal.h"
+
+#include <QHostAddress>
+#include <QIODevice>
+#include <QTcpSocket>
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+namespace
+{
+
+constexpr int uploadBlockBytes = 16384;
+// What a download holds unread: the network waits for a slow disk instead of filling the memory.
+constexpr qint64 readBufferBytes = 64 * 1024;
+
+} // namespace
+
+QFtpDTP::QFtpDTP(QFtpPI *interpreter) : QObject(interpreter), listener(this), pi(interpreter)
+{
+    listener.setObjectName(QStringLiteral("QFtpDTP active state server"));
+    connect(&listener, &QTcpServer::newConnection, this, &QFtpDTP::setupSocket);
+}
+
+QFtpDTP::~QFtpDTP()
+{
+    SocketSignal::dispose(socket, this);
+}
+
+void QFtpDTP::setData(const QByteArray *bytes)
+{
+    forgetData();
+    is_ba = true;
+    data = *bytes;
+}
+
+void QFtpDTP::setDevice(QIODevice *sourceOrSink)
+{
+    forgetData();
+    hasDevice = true;
+    device = sourceOrSink;
+}
+
+void QFtpDTP::setBytesTotal(qint64 bytes)
+{
+    bytesTotal = bytes;
+    bytesDone = 0;
+    emit dataTransferProgress(0, bytesTotal);
+}
+
+void QFtpDTP::resetTransfer()
+{
+    forgetData();
+    clearError();
+    readAll();
+}
+
+void QFtpDTP::forgetData()
+{
+    callWriteData = false;
+    is_ba = false;
+    data.clear();
+    hasDevice = false;
+    device.clear();
+}
+
+void QFtpDTP::connectToHost(const QString &host, quint16 port)
+{
+    bytesFromSocket.clear();
+    listener.close();
+    replaceSocket(new QTcpSocket(this), QStringLiteral("QFtpDTP Passive state socket"));
+    copyNetworkSession(this, socket);
+    socket->connectToHost(host, port);
+}
+
+int QFtpDTP::setupListener(const QHostAddress &address)
+{
+    // The last transfer's socket must not be taken for the one that is to come.
+    SocketSignal::dispose(std::exchange(socket, nullptr), this);
+    copyNetworkSession(this, &listener);
+    if (!listener.isListening() && !listener.listen(address, 0))
+        return -1;
+    return listener.serverPort();
+}
+
+void QFtpDTP::setupSocket()
+{
+    const SocketSignal onStack;
+    QTcpSocket *const accepted = listener.nextPendingConnection();
+    if (!accepted)
+        return;
+    accepted->setParent(this);
+    replaceSocket(accepted, QStringLiteral("QFtpDTP Active state socket"));
+    listener.close();
+    // The server may have answered STOR before it connected.
+    if (callWriteData)
+        writeData();
+}
+
+void QFtpDTP::replaceSocket(QTcpSocket *next, const QString &name)
+{
+    SocketSignal::dispose(std::exchange(socket, next), this);
+    listing.clear();
+    socket->setObjectName(name);
+    socket->setReadBufferSize(readBufferBytes);
+    connect(socket, &QTcpSocket::connected, this, &QFtpDTP::socketConnected);
+    connect(socket, &QTcpSocket::readyRead, this, &QFtpDTP::socketReadyRead);
+    connect(socket, &QTcpSocket::errorOccurred, this, &QFtpDTP::socketError);
+    connect(socket, &QTcpSocket::disconnected, this, &QFtpDTP::socketConnectionClosed);
+    connect(socket, &QTcpSocket::bytesWritten, this, &QFtpDTP::socketBytesWritten);
+}
+
+void QFtpDTP::waitForConnection()
+{
+    if (listener.isListening())
+        listener.waitForNewConnection(0);
+}
+
+void QFtpDTP::abortConnection()
+{
+    forgetData();
+    if (socket)
+        socket->abort();
+}
+
+QAbstractSocket::SocketState QFtpDTP::state() const
+{
+    return socket ? socket->state() : QAbstractSocket::UnconnectedState;
+}
+
+void QFtpDTP::writeData()
+{
+    if (state() == QAbstractSocket::UnconnectedState) {
+        callWriteData = is_ba || hasDevice;
+        return;
+    }
+    if (is_ba)
+        writeBytes();
+    else if (hasDevice)
+        writeBlock();
+}
+
+void QFtpDTP::writeBytes()
+{
+    callWriteData = false;
+    if (!data.isEmpty())
+        socket->write(data);
+    finishUpload();
+}
+
+// One block is in flight at a time, so that a transfer needs no more memory than that.
+void QFtpDTP::writeBlock()
+{
+    callWriteData = false;
+    if (socket->bytesToWrite() == 0) {
+        if (!device) {
+            err = tr("The file to upload cannot be read");
+            finishUpload();
+            return;
+        }
+        block.resize(uploadBlockBytes);
+        const qint64 count = device->read(block.data(), uploadBlockBytes);
+        if (count < 0 || (count == 0 && !device->isSequential())) {
+            finishUpload();
+            return;
+        }
+        if (count > 0) {
+            // Handing over the array itself saves the socket a copy.
+            block.resize(static_cast<int>(count));
+            socket->write(block);
+        }
+    }
+    callWriteData = hasDevice;
+}
+
+void QFtpDTP::finishUpload()
+{
+    const QPointer<QTcpSocket> finished = socket;
+    forgetData();
+    if (bytesDone == 0 && socket->bytesToWrite() == 0)
+        emit dataTransferProgress(0, bytesTotal);
+    if (finished)
+        finished->close();
+}
+
+void QFtpDTP::dataReadyRead()
+{
+    // Before the server's go-ahead, and while a block is in flight, the device keeps its data.
+    if (callWriteData)
+        writeData();
+}
+
+void QFtpDTP::socketConnected()
+{
+    const SocketSignal onStack;
+    bytesDone = 0;
+    emit connectState(CsConnected);
+}
+
+void QFtpDTP::socketReadyRead()
+{
+    const SocketSignal onStack;
+    const QPointer<QFtpDTP> self = this;
+    if (!socket)
+        return;
+    if (pi->currentCommand().isEmpty()) {
+        socket->close();
+        if (self)
+            emit connectState(CsClosed);
+    } else if (pi->isAbortStarted()) {
+        socket->readAll();
+    } else if (pi->currentCommand().startsWith(QLatin1String("LIST"))) {
+        readListing();
+    } else if (hasDevice) {
+        readIntoDevice();
+    } else {
+        // The caller may read when it is all there.
+        if (pi->currentCommand().startsWith(QLatin1String("RETR")))
+            socket->setReadBufferSize(0);
+        emit dataTransferProgress(bytesDone + socket->bytesAvailable(), bytesTotal);
+        if (self)
+            emit readyRead();
+    }
+}
+
+void QFtpDTP::readListing()
+{
+    const QPointer<QFtpDTP> self = this;
+    listing.append(socket->readAll());
+    while (const std::optional<QByteArray> line = listing.takeLine()) {
+        if (const std::optional<QUrlInfo> info = ftplisting::parseLine(QString::fromLatin1(*line)))
+            emit listInfo(*info);
+        else if (line->endsWith("No such file or directory\r\n"))
+            err = QString::fromLatin1(*line);
+        if (!self)
+            return;
+    }
+}
+
+void QFtpDTP::readIntoDevice()
+{
+    const QPointer<QFtpDTP> self = this;
+    const QPointer<QTcpSocket> source = socket;
+    // Asked again each time: a progress slot may process events.
+    while (self && source && source == socket && source->bytesAvailable() > 0) {
+        block.resize(static_cast<int>(source->bytesAvailable()));
+        const qint64 count = source->read(block.data(), block.size());
+        if (count <= 0)
+            return;
+        block.resize(static_cast<int>(count));
+        bytesDone += count;
+        storeInDevice();
+        emit dataTransferProgress(bytesDone, bytesTotal);
+    }
+}
+
+// A full disk must not pass for a finished download.
+void QFtpDTP::storeInDevice()
+{
+    if (device && device->write(block) != block.size())
+        err = device->errorString();
+}
+
+void QFtpDTP::socketError(QAbstractSocket::SocketError socketError)
+{
+    const SocketSignal onStack;
+    if (socketError == QAbstractSocket::HostNotFoundError)
+        emit connectState(CsHostNotFound);
+    else if (socketError == QAbstractSocket::ConnectionRefusedError)
+        emit connectState(CsConnectionRefused);
+}
+
+void QFtpDTP::socketConnectionClosed()
+{
+    const SocketSignal onStack;
+    if (hasDevice)
+        forgetData();
+    bytesFromSocket = socket->readAll();
+    emit connectState(CsClosed);
+}
+
+void QFtpDTP::socketBytesWritten(qint64 bytes)
+{
+    const SocketSignal onStack;
+    const QPointer<QFtpDTP> self = this;
+    bytesDone += bytes;
+    emit dataTransferProgress(bytesDone, bytesTotal);
+    if (self && callWriteData)
+        writeData();
+}
+
+qint64 QFtpDTP::bytesAvailable() const
+{
+    return state() == QAbstractSocket::ConnectedState ? socket->bytesAvailable() : bytesFromSocket.size();
+}
+
+qint64 QFtpDTP::read(char *buffer, qint64 maxlen)
+{
+    qint64 count = 0;
+    if (state() == QAbstractSocket::ConnectedState) {
+        count = socket->read(buffer, maxlen);
+    } else {
+        count = std::clamp<qint64>(maxlen, 0, bytesFromSocket.size());
+        std::memcpy(buffer, bytesFromSocket.constData(), static_cast<std::size_t>(count));
+        bytesFromSocket.remove(0, static_cast<int>(count));
+    }
+    bytesDone += std::max<qint64>(count, 0);
+    return count;
+}
+
+QByteArray QFtpDTP::readAll()
+{
+    const QByteArray all = state() == QAbstractSocket::ConnectedState
+                               ? socket->readAll()
+                               : std::exchange(bytesFromSocket, QByteArray());
+    bytesDone += all.size();
+    return all;
+}

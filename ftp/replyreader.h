@@ -1,0 +1,35 @@
+// Reads the replies of an FTP server: bytes in, complete replies out, without a socket.
+#pragma once
+
+#include "ftp/linesplitter.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QtGlobal>
+
+#include <array>
+#include <optional>
+
+struct FtpReply {
+    /// First 1 to 5, second 0 to 5, third 0 to 9.
+    std::array<qint8, 3> digits{};
+    /// All lines without their reply codes and without the last line end.
+    QString text;
+};
+
+class FtpReplyReader
+{
+public:
+    /// In bytes; lines of a reply that would make its text longer are left out of it.
+    static constexpr int longestText = 64 * 1024;
+
+    void append(const QByteArray &bytes) { lines.append(bytes); }
+    /// The next complete reply; nothing while it has not arrived. Lines that belong to no reply are dropped.
+    std::optional<FtpReply> next();
+    void clear() { *this = FtpReplyReader(); }
+
+private:
+    FtpLineSplitter lines;
+    QByteArray code;
+    QByteArray text;
+};

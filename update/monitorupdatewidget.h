@@ -1,0 +1,49 @@
+// One display's row on an update page: who it is, whether to update it, how far that is. The page owns the
+// rows and rebuilds them whenever the list of displays changes, except during an update.
+#pragma once
+
+#include <QHostAddress>
+#include <QString>
+#include <QWidget>
+
+class QCheckBox;
+class QFtp;
+class QLabel;
+class QProgressBar;
+struct ScreenDevice;
+
+class MonitorUpdateWidget : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// The record is only read here: during an update the display may time out while its row stays.
+    MonitorUpdateWidget(const ScreenDevice *device, QWidget *parent);
+
+signals:
+    /// An upload began with a file that could be opened.
+    void updateStarted();
+    /// The upload ended, well or not, or was aborted.
+    void updateComplete();
+
+public slots:
+    /// Uploads the file to the display if the row is ticked, in place of any upload of before.
+    void updateMonitor(const QString &filename);
+    /// Refreshes the row from a heartbeat; those of other displays are ignored.
+    void updateCounter(const ScreenDevice &screen);
+    /// Ends the upload at once; without one nothing happens.
+    void abortUpdate();
+    /// Both in bytes.
+    void updateDataTransferProgress(qint64 readBytes, qint64 totalBytes);
+    /// The display installs what it got and restarts, whether the tool heard of the end or not.
+    void ftpDone(bool error);
+
+private:
+    void showDevice(const ScreenDevice &screen);
+
+    const QHostAddress address;
+    QCheckBox *checkBox;
+    QProgressBar *progressBar;
+    QLabel *label;
+    QFtp *ftp = nullptr;
+};

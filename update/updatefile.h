@@ -1,0 +1,30 @@
+// The choice of an update package, the same on every page that uploads one.
+#pragma once
+
+#include <QString>
+
+class QFileDialog;
+class QWidget;
+
+namespace updatefile
+{
+
+/// What the path of a package for the device type must contain, in lower case: "screen2-update" for
+/// "SCREEN2".
+QString pattern(const QString &deviceType);
+
+/// Whether path is a file and contains the pattern, case-sensitively. Folders and special files are no
+/// packages; opening a pipe would even block the window.
+bool isValid(const QString &path, const QString &pattern);
+
+/// Opens a dialog for one existing package. filterTitle names its kind in the name filter. The dialog
+/// belongs to the page, deletes itself when it is closed, and locks the window meanwhile.
+QFileDialog *openDialog(QWidget *page, const QString &filterTitle, const QString &pattern);
+
+/// The first path that the user chose; empty for none. Written to the debug channel.
+QString chosenPath(const QFileDialog *dialog);
+
+/// Tells the user that the chosen file is no package. Returns at once; the box belongs to the page.
+void showNotValid(QWidget *page);
+
+} // namespace updatefile
