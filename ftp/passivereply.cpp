@@ -4,6 +4,7 @@
 #include <QRegularExpression>
 #include <QStringList>
 
+#include <array>
 #include <limits>
 
 namespace
@@ -12,9 +13,12 @@ namespace
 // Where the delimited fields of "(|||6446|)" hold the port.
 constexpr int portField = 3;
 
-QString joined(quint32 a, quint32 b, quint32 c, quint32 d, QChar separator)
+QString joined(const std::array<quint32, 4> &numbers, QChar separator)
 {
-    return QStringLiteral("%1%5%2%5%3%5%4").arg(a).arg(b).arg(c).arg(d).arg(separator);
+    QStringList texts;
+    for (const quint32 number : numbers)
+        texts += QString::number(number);
+    return texts.join(separator);
 }
 
 } // namespace
@@ -32,7 +36,7 @@ std::optional<PassiveEndpoint> passiveEndpoint(const QString &replyText)
     const quint32 port = (number(5) << 8U) + number(6);
     if (port > std::numeric_limits<quint16>::max())
         return std::nullopt;
-    return PassiveEndpoint{joined(number(1), number(2), number(3), number(4), QLatin1Char('.')),
+    return PassiveEndpoint{joined({number(1), number(2), number(3), number(4)}, QLatin1Char('.')),
                            static_cast<quint16>(port)};
 }
 
@@ -57,7 +61,7 @@ QString portLine(const QHostAddress &address, quint16 port)
     }
     const quint32 ip = address.toIPv4Address();
     return QStringLiteral("PORT %1,%2,%3\r\n")
-        .arg(joined(ip >> 24U, (ip >> 16U) & 0xffU, (ip >> 8U) & 0xffU, ip & 0xffU, QLatin1Char(',')))
+        .arg(joined({ip >> 24U, (ip >> 16U) & 0xffU, (ip >> 8U) & 0xffU, ip & 0xffU}, QLatin1Char(',')))
         .arg(port >> 8U)
         .arg(port & 0xffU);
 }

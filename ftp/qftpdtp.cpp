@@ -58,7 +58,9 @@ void QFtpDTP::resetTransfer()
 {
     forgetData();
     clearError();
-    readAll();
+    bytesFromSocket.clear();
+    // One that is still open could report on what is no longer running.
+    SocketSignal::dispose(std::exchange(socket, nullptr), this);
 }
 
 void QFtpDTP::forgetData()
@@ -68,6 +70,7 @@ void QFtpDTP::forgetData()
     data.clear();
     hasDevice = false;
     device.clear();
+    listing.clear();
 }
 
 void QFtpDTP::connectToHost(const QString &host, quint16 port)
@@ -106,7 +109,6 @@ void QFtpDTP::setupSocket()
 void QFtpDTP::replaceSocket(QTcpSocket *next, const QString &name)
 {
     SocketSignal::dispose(std::exchange(socket, next), this);
-    listing.clear();
     socket->setObjectName(name);
     socket->setReadBufferSize(readBufferBytes);
     connect(socket, &QTcpSocket::connected, this, &QFtpDTP::socketConnected);
@@ -218,15 +220,22 @@ void QFtpDTP::socketReadyRead()
     } else if (pi->currentCommand().startsWith(QLatin1String("LIST"))) {
         readListing();
     } else if (hasDevice) {
-        readIntoDevice();
+        // Nothing that a server sends during an upload may end up in the source.
+        if (isRetrieving())
+            readIntoDevice();
     } else {
         // The caller may read when it is all there.
-        if (pi->currentCommand().startsWith(QLatin1String("RETR")))
+        if (isRetrieving())
             socket->setReadBufferSize(0);
         emit dataTransferProgress(bytesDone + socket->bytesAvailable(), bytesTotal);
         if (self)
             emit readyRead();
     }
+}
+
+bool QFtpDTP::isRetrieving() const
+{
+    return pi->currentCommand().startsWith(QLatin1String("RETR"));
 }
 
 void QFtpDTP::readListing()
@@ -281,7 +290,9 @@ void QFtpDTP::socketConnectionClosed()
     const SocketSignal onStack;
     if (hasDevice)
         forgetData();
-    bytesFromSocket = socket->readAll();
+    // It is shut already where this side ended an upload.
+    if (socket->isOpen())
+        bytesFromSocket = socket->readAll();
     emit connectState(CsClosed);
 }
 
@@ -290,7 +301,9 @@ void QFtpDTP::socketBytesWritten(qint64 bytes)
     const SocketSignal onStack;
     const QPointer<QFtpDTP> self = this;
     bytesDone += bytes;
-    emit dataTransferProgress(bytesDone, bytesTotal);
+    // The rest of an upload that the server has already called complete is nobody's progress.
+    if (!pi->currentCommand().isEmpty())
+        emit dataTransferProgress(bytesDone, bytesTotal);
     if (self && callWriteData)
         writeData();
 }

@@ -80,6 +80,7 @@ private:
     void writeBytes();
     void writeBlock();
     void finishUpload();
+    bool isRetrieving() const;
     void readListing();
     void readIntoDevice();
     void storeInDevice();

@@ -20,6 +20,7 @@ constexpr qint64 readBufferBytes = 16 * 1024;
 
 constexpr int codeSuperfluous = 202;
 constexpr int codeFileStatus = 213;
+constexpr int codeNoTransfer = 225;
 constexpr int codeTransferComplete = 226;
 constexpr int codePassive = 227;
 constexpr int codeExtendedPassive = 229;
@@ -80,7 +81,11 @@ void QFtpPI::connectToHost(const QString &host, quint16 port)
         return;
     copyNetworkSession(this, commandSocket);
     copyNetworkSession(this, &dtp);
-    commandSocket->connectToHost(host, port);
+    // A socket is not fit for a new connection while it still tells of the end of the last one.
+    QTimer::singleShot(0, this, [this, turn, host, port] {
+        if (!turn.isOver())
+            commandSocket->connectToHost(host, port);
+    });
 }
 
 // What a session has left behind must not be taken for part of the next one.
@@ -135,7 +140,9 @@ void QFtpPI::abort()
     // Without a line in flight the server answers nothing but the ABOR itself.
     abortState = state == Waiting || state == Begin ? AbortStarted : WaitForAbortToFinish;
     commandSocket->write("ABOR\r\n");
-    commandSocket->flush();
+    // An object that is going away has no later chance to send it.
+    if (commandSocket->state() == QAbstractSocket::ConnectedState)
+        commandSocket->flush();
     const bool isOpening = std::exchange(waitForDtpToConnect, false);
     if (isOpening || isCommand(currentCmd, "STOR "))
         dtp.abortConnection();
@@ -221,7 +228,7 @@ bool QFtpPI::processReply()
         waitForDtpToClose = true;
         return false;
     }
-    if (takeAbortReply() || !advance(code))
+    if (takeAbortReply(code) || !advance(code))
         return true;
     const Turn turn(this);
     emit rawFtpReply(code, text);
@@ -243,10 +250,11 @@ bool QFtpPI::mustAwaitData(int code) const
 }
 
 // Two replies follow an ABOR: the aborted line's, which is handled like any, and its own, which is swallowed.
-bool QFtpPI::takeAbortReply()
+// A server that sees nothing to cut off yet answers for both at once.
+bool QFtpPI::takeAbortReply(int code)
 {
     if (abortState == AbortStarted) {
-        abortState = WaitForAbortToFinish;
+        abortState = code == codeNoTransfer ? None : WaitForAbortToFinish;
         return false;
     }
     if (abortState == None)

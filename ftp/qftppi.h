@@ -70,7 +70,7 @@ private:
     void handleReply();
     bool processReply();
     bool mustAwaitData(int code) const;
-    bool takeAbortReply();
+    bool takeAbortReply(int code);
     bool advance(int code);
     void interpret(int code, const QString &text);
     void openDataConnection(const QString &host, quint16 port);

@@ -9,8 +9,10 @@
 namespace
 {
 
-constexpr QLatin1String settingsGroup("Dialogs");
-constexpr QLatin1String stateKey("settings");
+QString stateKey()
+{
+    return QStringLiteral("Dialogs/settings");
+}
 
 QFileDialog *newDialog(QWidget *parent, const QString &title, QFileDialog::AcceptMode acceptMode,
                        QFileDialog::FileMode fileMode)
@@ -24,19 +26,15 @@ QFileDialog *newDialog(QWidget *parent, const QString &title, QFileDialog::Accep
 
 void restoreMemory(QFileDialog *dialog, const QString &defaultFolder)
 {
-    QSettings settings;
-    settings.beginGroup(settingsGroup);
     dialog->setDirectory(QString());
-    dialog->restoreState(settings.value(stateKey).toByteArray());
+    dialog->restoreState(QSettings().value(stateKey()).toByteArray());
     if (dialog->directory() == QDir::current())
         dialog->setDirectory(defaultFolder);
 }
 
 void saveMemory(const QFileDialog *dialog)
 {
-    QSettings settings;
-    settings.beginGroup(settingsGroup);
-    settings.setValue(stateKey, dialog->saveState());
+    QSettings().setValue(stateKey(), dialog->saveState());
 }
 
 } // namespace

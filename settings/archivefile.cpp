@@ -1,15 +1,19 @@
 #include "settings/archivefile.h"
 
-#include <QFile>
-#include <QSaveFile>
+#include <QFileDevice>
 
+#include <cerrno>
 #include <filesystem>
 #include <system_error>
 
+#ifdef Q_OS_WIN
+#include <io.h>
+#else
+#include <unistd.h>
+#endif
+
 namespace
 {
-
-constexpr qint64 copyBlockBytes = 256 * 1024;
 
 std::filesystem::path toPath(const QString &fileName)
 {
@@ -28,22 +32,19 @@ QString archivefile::finalName(QString partName)
     return partName.remove(QLatin1String(".part"));
 }
 
-// QSaveFile::commit() is the one call of the toolkit that waits for the disk, so the archive is written once
-// more through it. Settings archives are small, and no system call of our own is needed.
-bool archivefile::syncToDisk(const QString &fileName)
+// The toolkit has no call that waits for the disk: QFile offers none, and its QSaveFile renames without. This
+// one call of the system is worth it, since a rename may otherwise outlive a power cut that its bytes do not.
+// It is also where a network drive tells that it is full.
+bool archivefile::flushToDisk(QFileDevice &file)
 {
-    QFile source(fileName);
-    QSaveFile synced(fileName);
-    if (!source.open(QIODevice::ReadOnly) || !synced.open(QIODevice::WriteOnly))
+    if (!file.flush())
         return false;
-    while (!source.atEnd()) {
-        const QByteArray block = source.read(copyBlockBytes);
-        if (block.isEmpty() || synced.write(block) != block.size())
-            return false;
-    }
-    // An open file cannot be replaced everywhere.
-    source.close();
-    return synced.commit();
+#ifdef Q_OS_WIN
+    return _commit(file.handle()) == 0;
+#else
+    // Some file systems have nothing to wait for, and say so.
+    return fsync(file.handle()) == 0 || errno == EINVAL || errno == ENOTSUP;
+#endif
 }
 
 void archivefile::replace(const QString &fileName, const QString &newName)

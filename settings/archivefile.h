@@ -4,6 +4,8 @@
 
 #include <QString>
 
+class QFileDevice;
+
 namespace archivefile
 {
 
@@ -13,9 +15,9 @@ QString partName(const QString &fileName);
 /// The name that a finished part file takes: every ".part" is removed, also from its folders.
 QString finalName(QString partName);
 
-/// Forces the bytes of a closed file to the disk; takes as much free space again for a moment. False when
-/// the file cannot be read or the disk does not take them; the file is then as it was.
-bool syncToDisk(const QString &fileName);
+/// Forces what was written to an open file to the disk, and waits for that. False when the disk does not take
+/// it.
+bool flushToDisk(QFileDevice &file);
 
 /// Renames a file, in one step and over an older file of the new name. A refused rename is not reported.
 void replace(const QString &fileName, const QString &newName);

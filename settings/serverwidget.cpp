@@ -168,7 +168,7 @@ void ServerWidget::uploadFile(const QString &fileName)
         uploadFinished();
         return;
     }
-    QNetworkReply *reply = network->put(QNetworkRequest(archiveUrl), currentFile);
+    QNetworkReply *reply = network->put(freshRequest(), currentFile);
     connect(reply, &QNetworkReply::errorOccurred, this, &ServerWidget::uploadError);
     connect(reply, &QNetworkReply::finished, this, &ServerWidget::uploadFinished);
     watch(reply);
@@ -216,7 +216,7 @@ void ServerWidget::downloadFile(const QString &fileName)
         showBox(QMessageBox::Critical, tr("Unable to create backup!"), text);
         return;
     }
-    QNetworkReply *reply = network->get(QNetworkRequest(archiveUrl));
+    QNetworkReply *reply = network->get(freshRequest());
     connect(reply, &QNetworkReply::readyRead, this, &ServerWidget::downloadReadyRead);
     connect(reply, &QNetworkReply::errorOccurred, this, &ServerWidget::downloadError);
     connect(reply, &QNetworkReply::finished, this, &ServerWidget::downloadFinished);
@@ -285,10 +285,16 @@ bool ServerWidget::sealPartFile()
 {
     const QVariant announced =
         currentReply ? currentReply->header(QNetworkRequest::ContentLengthHeader) : QVariant();
-    const bool whole =
-        currentFile->flush() && (!announced.isValid() || announced.toLongLong() == currentFile->size());
-    currentFile->close();
-    return whole && archivefile::syncToDisk(currentFile->fileName());
+    return archivefile::flushToDisk(*currentFile) &&
+           (!announced.isValid() || announced.toLongLong() == currentFile->size());
+}
+
+// The manager keeps an idle connection for minutes, and would wait in vain on one to an N6 that has restarted
+// since.
+QNetworkRequest ServerWidget::freshRequest()
+{
+    network->clearConnectionCache();
+    return QNetworkRequest(archiveUrl);
 }
 
 void ServerWidget::watch(QNetworkReply *reply)

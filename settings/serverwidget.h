@@ -60,6 +60,7 @@ private:
     void setButtonsEnabled(bool enabled);
     void sendCommand(const QByteArray &datagram);
     void sendTwice(void (ServerWidget::*send)());
+    QNetworkRequest freshRequest();
     void watch(QNetworkReply *reply);
     bool sealPartFile();
     void reportLater(void (ServerWidget::*report)(int error));

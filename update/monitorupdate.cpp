@@ -12,6 +12,7 @@
 #include <QVBoxLayout>
 
 #include <memory>
+#include <utility>
 
 namespace
 {
@@ -21,8 +22,8 @@ constexpr QRect buttonPlace(720, 26, 150, 40);
 
 } // namespace
 
-MonitorUpdate::MonitorUpdate(udpHBClient *sharedClient, const QString &type, QWidget *parent)
-    : QWidget(parent), client(sharedClient), deviceType(type), heading(new QLabel(this)),
+MonitorUpdate::MonitorUpdate(udpHBClient *sharedClient, QString type, QWidget *parent)
+    : QWidget(parent), client(sharedClient), deviceType(std::move(type)), heading(new QLabel(this)),
       startButton(new QPushButton(tr("&Start Update"), this)),
       abortButton(new QPushButton(tr("&Abort Update"), this))
 {

@@ -20,7 +20,7 @@ class MonitorUpdate : public QWidget
 
 public:
     /// type is "SCREEN", "SCREEN2" or "EINK"; the client must outlive the page.
-    MonitorUpdate(udpHBClient *sharedClient, const QString &type, QWidget *parent);
+    MonitorUpdate(udpHBClient *sharedClient, QString type, QWidget *parent);
 
 signals:
     /// Starts the upload of this file in every row.

@@ -61,7 +61,7 @@ void MonitorUpdateWidget::updateCounter(const ScreenDevice &screen)
 
 void MonitorUpdateWidget::showDevice(const ScreenDevice &screen)
 {
-    const bool isTransferring = ftp && ftp->state() == QFtp::LoggedIn;
+    const bool isTransferring = ftp != nullptr && ftp->state() == QFtp::LoggedIn;
     if (rowtext::hasReadout(screen) && !isTransferring)
         label->setText(rowtext::readout(screen));
     const QString description = rowtext::description(screen);

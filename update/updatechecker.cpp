@@ -13,7 +13,7 @@ QString productLineDataLocation()
 {
     const QString applicationName = QCoreApplication::applicationName();
     QCoreApplication::setApplicationName(QStringLiteral("Dokvane"));
-    const QString location = QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation);
+    QString location = QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation);
     QCoreApplication::setApplicationName(applicationName);
     return location;
 }

@@ -33,7 +33,7 @@ QFileDialog *updatefile::openDialog(QWidget *page, const QString &filterTitle, c
 
 QString updatefile::chosenPath(const QFileDialog *dialog)
 {
-    const QString path = dialog->selectedFiles().value(0);
+    QString path = dialog->selectedFiles().value(0);
     qDebug().noquote() << "Chosen screen update file:" << path;
     return path;
 }

@@ -1,0 +1,57 @@
+// The user who answers file dialogs and message boxes in a test.
+#pragma once
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPointer>
+#include <QStringList>
+#include <QTimer>
+
+#include <functional>
+
+// Answers every file dialog with a file and closes every box, and remembers the boxes.
+class Answers : public QObject
+{
+public:
+    explicit Answers(const QString &chosen = QString()) : file(chosen) { look(); }
+
+    std::function<bool(QDialog *)> answer; // tried before the usual one
+    QStringList boxes;                     // icon and title
+
+private:
+    void look()
+    {
+        // A new timer each time: a repeating one would not fire in the event loop of what it opens.
+        QTimer::singleShot(20, this, &Answers::look);
+        auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+        if (!dialog || dialog == answered)
+            return;
+        answered = dialog;
+        auto *box = qobject_cast<QMessageBox *>(dialog);
+        const bool overwrite = box && qobject_cast<QFileDialog *>(box->parent());
+        if (box && !overwrite)
+            boxes += QString::number(box->icon()) + QLatin1Char(' ') + box->windowTitle();
+        if (overwrite)
+            box->button(QMessageBox::Yes)->click();
+        else if (answer && answer(dialog))
+            return;
+        else if (box)
+            box->close();
+        else
+            choose(qobject_cast<QFileDialog *>(dialog));
+        answered = nullptr;
+    }
+    void choose(QFileDialog *dialog) const
+    {
+        dialog->setDirectory(QFileInfo(file).path());
+        dialog->findChild<QLineEdit *>()->setText(QFileInfo(file).fileName());
+        QMetaObject::invokeMethod(dialog, "accept");
+    }
+
+    QString file;
+    QPointer<QDialog> answered;
+};
