@@ -24,7 +24,7 @@ def until(condition, seconds, what):
     while not (value := condition()):
         if time.monotonic() > deadline:
             raise AssertionError(f"not within {seconds} s: {what() if callable(what) else what}")
-        time.sleep(0.05)
+        time.sleep(0.1)
     return value
 
 
@@ -170,7 +170,8 @@ class Simulator:
         self._log = log
         with open(log, "w", encoding="utf-8") as output:
             self.process = start(*enter, SIMULATOR / "boatsim", *arguments, stdout=output, stderr=output)
-        self.saw("boat ready")
+        until(lambda: self.process.poll() is not None or self.count("boat ready"), 60, "the simulator")
+        self.saw("boat ready", 0)
 
     def count(self, pattern):
         return len(re.findall(pattern, self._log.read_text()))

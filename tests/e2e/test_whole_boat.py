@@ -22,14 +22,17 @@ LOSS, DELAY = {"loss": 0.2}, {"delay": 0.2}
 
 class Scenario(unittest.TestCase):
     def begin(self, displays=("screen", "screen"), n6=(), options=(), **network):
-        """A boat with an N6, a gyro and these displays, each on its own host and all known to the tool."""
+        """A boat with an N6, a gyro and these displays, each on its own host and all known to the tool.
+
+        The options are for the displays of the first one's type.
+        """
         folder = tempfile.TemporaryDirectory(prefix="kelvora-")
         self.addCleanup(folder.cleanup)
         self.folder = pathlib.Path(folder.name)
         self.network = Network(self.folder, **network)
         self.addCleanup(self.network.close)
         self.n6 = self.add_n6(*n6)
-        self.displays = [self.add_display(kind, 20 + n, *options) for n, kind in enumerate(displays)]
+        self.displays = [self.add_display(kind, 20 + n, *(options if kind == displays[0] else ())) for n, kind in enumerate(displays)]
         self.tool = Tool(self.folder)
         self.addCleanup(self.tool.end)
         self.tool.sees(OK)
@@ -89,23 +92,27 @@ class Discovery(Scenario):
 
 
 class DisplayUpdate(Scenario):
-    def update(self, size, *options, meanwhile=lambda: None, **network):
-        """Updates both SCREEN displays at once, and checks that these and no other got the package."""
+    def start(self, size, *options, **network):
         self.begin(("screen", "screen", "screen2"), options=options, **network)
-        package, checksum = self.package("screen", size)
+        package, self.checksum = self.package("screen", size)
         self.tool.sees(r".*\(PO\).*|.*\(LS\).*", "check box", CHECKED, count=2)
         self.tool.press("Start Update")
         self.tool.choose_file("Open Update File", package, "Open")
-        self.tool.sees("Downloading...|Updating...", "label", count=2)
+
+    def progressing(self):
+        until(lambda: all(map(self.tool.value, self.tool.elements(role="progress bar"))), 60, "progress of both")
+
+    def update(self, size, *options, meanwhile=lambda: None, **network):
+        """Updates both SCREEN displays at once, and checks that these and no other got the package."""
+        self.start(size, *options, **network)
         meanwhile()
         for display in self.displays[:2]:
-            display.saw(f"stored path=/update/image bytes=.* sha256={checksum}", 120)
-        self.tool.sees("Updates? *|Start Update", "push button", ENABLED)
+            display.saw(f"stored path=/update/image bytes=.* sha256={self.checksum}", 120)
+        self.tool.sees("Start Update", "push button", ENABLED)
         self.assertEqual(self.displays[2].count("ftp-connect"), 0)
 
     def pull_plug_in_transfer(self):
-        bars = lambda: self.tool.elements(role="progress bar")
-        until(lambda: all(self.tool.value(bar) > 0 for bar in bars()), 60, "progress of both")
+        self.progressing()
         self.pull_plug()
 
     def test_all_of_a_type_at_once(self):
@@ -134,8 +141,11 @@ class DisplayUpdate(Scenario):
         self.finish()
 
     def test_closing_the_window_in_the_middle(self):
-        self.update_until_progress()
+        self.start(6_000_000, "--ftp-fault=screen-1=slow:1000000")
+        self.progressing()
         self.finish()
+        for display in self.displays[:2]:
+            display.saw("upload-broken|ftp-disconnect")
 
 
 class N6Page(Scenario):
@@ -169,17 +179,16 @@ class N6Page(Scenario):
         self.update("--second-n6")
 
     def choose_next_mode(self, port):
-        self.tool.act(self.tool.sees("NMEA.*", "combo box", ENABLED, count=2), "SetFocus")
-        if port == 2:
-            self.tool.type("Tab")
-        self.tool.type("Down")
+        self.tool.sees("NMEA.*", "combo box", ENABLED, count=2)
+        self.tool.select_next(self.tool.elements("NMEA.*", "combo box")[port - 1])
 
     def test_port_modes(self):
         self.begin()
-        self.choose_next_mode(1)
-        self.n6.saw("port-mode setting=port1Mode code=6")
-        self.choose_next_mode(2)
-        self.n6.saw("port-mode setting=port2Mode code=1")
+        for port, code, text in ((1, 6, "NMEA0183-HS"), (2, 1, "B&G Fastnet")):
+            self.choose_next_mode(port)
+            self.n6.saw(f"port-mode setting=port{port}Mode code={code}")
+            self.tool.sees(text, "combo box")
+        self.assertEqual(self.n6.count("port-mode"), 2)
         self.finish()
 
     def test_port_mode_at_a_new_address(self):

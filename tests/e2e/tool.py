@@ -28,10 +28,13 @@ class Tool:
     def __init__(self, folder):
         self._log = folder / "tool.log"
         self._helpers = []
-        number = self._first_line("Xvfb", "-displayfd", "1", "-screen", "0", "1280x800x24", "-nolisten", "tcp")
+        # Over TCP, as only its ports are the namespace's own: a socket file would replace that of another display.
+        transport = ["-listen", "tcp", "-nolisten", "unix", "-nolisten", "local"]
+        number = self._first_line("Xvfb", "-displayfd", "1", "-screen", "0", "1280x800x24", *transport)
+        self._display = display.Display(f"127.0.0.1:{number}")
         environment = {
             **os.environ,
-            "DISPLAY": f":{number}",
+            "DISPLAY": f"127.0.0.1:{number}",
             "HOME": str(folder),
             "XDG_RUNTIME_DIR": str(folder),
             "QT_QPA_PLATFORM": "xcb",
@@ -41,7 +44,6 @@ class Tool:
         session = self._first_line("dbus-daemon", "--session", "--nofork", "--print-address", env=environment)
         self._bus = _connection(session)
         environment["DBUS_SESSION_BUS_ADDRESS"] = session
-        self._display = display.Display(f":{number}")
         with open(self._log, "w", encoding="utf-8") as log:
             self.process = start(PROGRAM, env=environment, cwd=folder, stdout=log, stderr=log)
         # A program that starts while the service is being enabled may miss it; this one is up.
@@ -53,7 +55,7 @@ class Tool:
 
     def _window(self):
         windows = self._display.screen().root.query_tree().children
-        return next((w for w in windows if (w.get_wm_name() or "").startswith("KelvoraTool")), None)
+        return next((w for w in windows if (w.get_wm_name() or "").startswith("KelvoraTool - v")), None)
 
     def _first_line(self, *command, **options):
         process = start(*command, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True, **options)
@@ -71,7 +73,6 @@ class Tool:
 
     def end(self):
         self._display.close()
-        print(self.log())
         for process in (self.process, *reversed(self._helpers)):
             end(process)
 
@@ -144,9 +145,16 @@ class Tool:
         self.press(button)
         until(lambda: not self.elements(title, ".*alert.*|dialog"), 20, f"{title} closed")
 
-    def type(self, key):
-        code = self._display.keysym_to_keycode(XK.string_to_keysym(key))
-        for kind in (X.KeyPress, X.KeyRelease):
+    def select_next(self, box):
+        """Opens a combo box with the mouse and takes the entry below the current one."""
+        left, top, width, height = self._call(box[:2], "org.a11y.atspi.Component", "GetExtents", GLib.Variant("(u)", (0,)))
+        xtest.fake_input(self._display, X.MotionNotify, x=left + width // 2, y=top + height // 2)
+        self._tap(X.ButtonPress, X.ButtonRelease, 1)
+        for key in ("Down", "Return"):
+            self._tap(X.KeyPress, X.KeyRelease, self._display.keysym_to_keycode(XK.string_to_keysym(key)))
+
+    def _tap(self, press, release, code):
+        for kind in (press, release):
             xtest.fake_input(self._display, kind, code)
         self._display.sync()
 
