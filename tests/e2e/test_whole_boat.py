@@ -100,7 +100,8 @@ class DisplayUpdate(Scenario):
         self.tool.choose_file("Open Update File", package, "Open")
 
     def progressing(self):
-        until(lambda: all(map(self.tool.value, self.tool.elements(role="progress bar"))), 60, "progress of both")
+        progress = lambda: [self.tool.value(bar) > 0 for bar in self.tool.elements(role="progress bar")]
+        until(lambda: progress() == [True, True], 60, "progress of both")
 
     def update(self, size, *options, meanwhile=lambda: None, **network):
         """Updates both SCREEN displays at once, and checks that these and no other got the package."""
