@@ -30,6 +30,7 @@ Mainwindow::Mainwindow(QWidget *parent)
 {
     setWindowTitle(QCoreApplication::applicationName() + QStringLiteral(" - v") +
                    QCoreApplication::applicationVersion());
+    setWindowIcon(applicationIcon());
     setMinimumSize(minimumSizePx);
     resize(initialSizePx);
 

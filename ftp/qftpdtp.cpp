@@ -10,6 +10,7 @@
 #include <QTcpSocket>
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <utility>
 
@@ -17,6 +18,9 @@ namespace
 {
 
 constexpr int uploadBlockBytes = 16384;
+// Long enough to spare the event loop most of its turns, short enough for painting and input to notice
+// nothing.
+constexpr int blocksPerTurn = 64;
 // What a download holds unread: the network waits for a slow disk instead of filling the memory.
 constexpr qint64 readBufferBytes = 64 * 1024;
 
@@ -108,6 +112,7 @@ void QFtpDTP::setupSocket()
 
 void QFtpDTP::replaceSocket(QTcpSocket *next, const QString &name)
 {
+    pumpedSocket = nullptr;
     SocketSignal::dispose(std::exchange(socket, next), this);
     socket->setObjectName(name);
     socket->setReadBufferSize(readBufferBytes);
@@ -116,6 +121,8 @@ void QFtpDTP::replaceSocket(QTcpSocket *next, const QString &name)
     connect(socket, &QTcpSocket::errorOccurred, this, &QFtpDTP::socketError);
     connect(socket, &QTcpSocket::disconnected, this, &QFtpDTP::socketConnectionClosed);
     connect(socket, &QTcpSocket::bytesWritten, this, &QFtpDTP::socketBytesWritten);
+    connect(socket, &QTcpSocket::channelBytesWritten, this,
+            [this, from = socket](int, qint64 bytes) { pumpedBytesWritten(from, bytes); });
 }
 
 void QFtpDTP::waitForConnection()
@@ -166,17 +173,14 @@ void QFtpDTP::writeBlock()
             finishUpload();
             return;
         }
-        block.resize(uploadBlockBytes);
+        std::array<char, uploadBlockBytes> block; // left uninitialised, for every block would pay for it
         const qint64 count = device->read(block.data(), uploadBlockBytes);
         if (count < 0 || (count == 0 && !device->isSequential())) {
             finishUpload();
             return;
         }
-        if (count > 0) {
-            // Handing over the array itself saves the socket a copy.
-            block.resize(static_cast<int>(count));
-            socket->write(block);
-        }
+        if (count > 0)
+            socket->write(block.data(), count);
     }
     callWriteData = hasDevice;
 }
@@ -241,7 +245,7 @@ bool QFtpDTP::isRetrieving() const
 void QFtpDTP::readListing()
 {
     const QPointer<QFtpDTP> self = this;
-    listing.append(socket->readAll());
+    listing.append(socket->read(socket->bytesAvailable()));
     while (const std::optional<QByteArray> line = listing.takeLine()) {
         if (const std::optional<QUrlInfo> info = ftplisting::parseLine(QString::fromLatin1(*line)))
             emit listInfo(*info);
@@ -258,22 +262,15 @@ void QFtpDTP::readIntoDevice()
     const QPointer<QTcpSocket> source = socket;
     // Asked again each time: a progress slot may process events.
     while (self && source && source == socket && source->bytesAvailable() > 0) {
-        block.resize(static_cast<int>(source->bytesAvailable()));
-        const qint64 count = source->read(block.data(), block.size());
-        if (count <= 0)
+        const QByteArray bytes = source->read(source->bytesAvailable());
+        if (bytes.isEmpty())
             return;
-        block.resize(static_cast<int>(count));
-        bytesDone += count;
-        storeInDevice();
+        bytesDone += bytes.size();
+        // A full disk must not pass for a finished download.
+        if (device && device->write(bytes) != bytes.size())
+            err = device->errorString();
         emit dataTransferProgress(bytesDone, bytesTotal);
     }
-}
-
-// A full disk must not pass for a finished download.
-void QFtpDTP::storeInDevice()
-{
-    if (device && device->write(block) != block.size())
-        err = device->errorString();
 }
 
 void QFtpDTP::socketError(QAbstractSocket::SocketError socketError)
@@ -292,7 +289,7 @@ void QFtpDTP::socketConnectionClosed()
         forgetData();
     // It is shut already where this side ended an upload.
     if (socket->isOpen())
-        bytesFromSocket = socket->readAll();
+        bytesFromSocket = socket->read(socket->bytesAvailable());
     emit connectState(CsClosed);
 }
 
@@ -300,11 +297,45 @@ void QFtpDTP::socketBytesWritten(qint64 bytes)
 {
     const SocketSignal onStack;
     const QPointer<QFtpDTP> self = this;
+    reportWritten(bytes);
+    if (self && callWriteData)
+        writeData();
+    if (self && callWriteData && socket)
+        pumpBlocks();
+}
+
+void QFtpDTP::reportWritten(qint64 bytes)
+{
     bytesDone += bytes;
     // The rest of an upload that the server has already called complete is nobody's progress.
     if (!pi->currentCommand().isEmpty())
         emit dataTransferProgress(bytesDone, bytesTotal);
-    if (self && callWriteData)
+}
+
+// Lets a number of blocks follow each other at once, each written when the one before is reported, instead of
+// waiting for a turn of the event loop each time. Meanwhile the socket does not repeat bytesWritten().
+void QFtpDTP::pumpBlocks()
+{
+    const QPointer<QFtpDTP> self = this;
+    QTcpSocket *const target = socket;
+    pumpedSocket = target;
+    blocksToPump = blocksPerTurn;
+    target->flush();
+    if (!self || pumpedSocket != target)
+        return;
+    pumpedSocket = nullptr;
+    if (callWriteData)
+        writeData();
+}
+
+void QFtpDTP::pumpedBytesWritten(const QTcpSocket *from, qint64 bytes)
+{
+    if (from != pumpedSocket)
+        return;
+    const SocketSignal onStack;
+    const QPointer<QFtpDTP> self = this;
+    reportWritten(bytes);
+    if (self && callWriteData && --blocksToPump > 0)
         writeData();
 }
 

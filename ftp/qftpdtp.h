@@ -80,10 +80,12 @@ private:
     void writeBytes();
     void writeBlock();
     void finishUpload();
+    void reportWritten(qint64 bytes);
+    void pumpBlocks();
+    void pumpedBytesWritten(const QTcpSocket *from, qint64 bytes);
     bool isRetrieving() const;
     void readListing();
     void readIntoDevice();
-    void storeInDevice();
 
     QTcpSocket *socket = nullptr;
     QTcpServer listener;
@@ -92,12 +94,13 @@ private:
     qint64 bytesDone = 0;
     qint64 bytesTotal = 0;
     bool callWriteData = false;
+    QTcpSocket *pumpedSocket = nullptr;
+    int blocksToPump = 0;
     QByteArray bytesFromSocket;
 
     bool is_ba = false;
     QByteArray data;
     bool hasDevice = false;
     QPointer<QIODevice> device;
-    QByteArray block;
     FtpLineSplitter listing;
 };

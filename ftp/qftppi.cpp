@@ -204,7 +204,7 @@ void QFtpPI::readyRead()
             replyText = reply->text;
             handleReply();
         } else if (commandSocket->bytesAvailable() > 0) {
-            replies.append(commandSocket->readAll());
+            replies.append(commandSocket->read(commandSocket->bytesAvailable()));
         } else {
             return;
         }

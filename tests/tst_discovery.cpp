@@ -11,7 +11,7 @@
 
 #include <cmath>
 #include <limits>
-#include <memory>
+#include <vector>
 
 using heartbeat::decode;
 
@@ -39,20 +39,13 @@ class TestDiscovery : public QObject
 private slots:
     void init() { logged.clear(); }
 
-    void decodesDisplays_data();
     void decodesDisplays();
     void decodesN6AndGyro();
-    void ignoresMalformed_data();
     void ignoresMalformed();
-    void cleansNumbers_data();
     void cleansNumbers();
-    void tellsOlderDevicesApart_data();
     void tellsOlderDevicesApart();
-    void namesModelsAndAddresses();
-    void buildsCommands_data();
     void buildsCommands();
     void mapsPortModesBothWays();
-    void choosesInterfaces_data();
     void choosesInterfaces();
 
     void signalsEachChangeInOrder();
@@ -60,23 +53,9 @@ private slots:
     void survivesEmptyDatagramsAndFailedBind();
 };
 
-void TestDiscovery::decodesDisplays_data()
-{
-    QTest::addColumn<int>("kind");
-    QTest::addColumn<QString>("type");
-    QTest::addColumn<bool>("eink");
-    QTest::newRow("screen") << 0x00 << "SCREEN" << false;
-    QTest::newRow("screen2") << 0x20 << "SCREEN2" << false;
-    QTest::newRow("e-ink names no firmware, voltage or server") << 0x50 << "EINK" << true;
-}
-
 void TestDiscovery::decodesDisplays()
 {
-    QFETCH(int, kind);
-    QFETCH(QString, type);
-    QFETCH(bool, eink);
     HeartbeatBytes parts;
-    parts.kind = static_cast<quint8>(kind);
     parts.serial = "0123456789abcdef";
     parts.firmware = "1.4.22";
     parts.lux = 351.456;
@@ -84,18 +63,19 @@ void TestDiscovery::decodesDisplays()
     parts.lsFlag = 0x80;
     parts.serverFlag = 2;
     parts.system = "5.1\xe9";
-    const auto screen = std::get<ScreenDevice>(decode(parts.build() + "more to come"));
-    QCOMPARE(screen.type, type);
-    QCOMPARE(screen.serial, QStringLiteral("0123456789abcdef"));
-    QCOMPARE(screen.systemVersion, QStringLiteral(u"5.1\u00e9"));
-    QCOMPARE(screen.applicationVersion, QStringLiteral("2.1.0"));
-    QCOMPARE(screen.ambientLux, 351.46);
-    QVERIFY(screen.lsFlag);
-    QCOMPARE(screen.isServer, !eink);
-    QCOMPARE(screen.firmwareVersion, eink ? QString() : QStringLiteral("1.4.22"));
-    QCOMPARE(std::isnan(screen.supplyVoltage), eink);
-    if (!eink)
-        QCOMPARE(screen.supplyVoltage, 12.35);
+    for (const int kind : {0x00, 0x20, 0x50}) {
+        parts.kind = static_cast<quint8>(kind);
+        const auto screen = std::get<ScreenDevice>(decode(parts.build() + "more to come"));
+        const bool eink = screen.type == QLatin1String("EINK");
+        QCOMPARE(screen.type, QLatin1String(kind == 0 ? "SCREEN" : kind == 0x20 ? "SCREEN2" : "EINK"));
+        QCOMPARE(screen.serial, QStringLiteral("0123456789abcdef"));
+        QCOMPARE(screen.systemVersion, QStringLiteral(u"5.1\u00e9"));
+        QCOMPARE(screen.applicationVersion, QStringLiteral("2.1.0"));
+        QCOMPARE(screen.ambientLux, 351.46);
+        QVERIFY(screen.lsFlag && screen.isServer == !eink);
+        QCOMPARE(screen.firmwareVersion, eink ? QString() : QStringLiteral("1.4.22"));
+        QVERIFY(eink ? std::isnan(screen.supplyVoltage) : qFuzzyCompare(screen.supplyVoltage, 12.35));
+    }
 }
 
 void TestDiscovery::decodesN6AndGyro()
@@ -118,141 +98,87 @@ void TestDiscovery::decodesN6AndGyro()
     QCOMPARE(gyro.applicationVersion, QString());
 }
 
-void TestDiscovery::ignoresMalformed_data()
-{
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<bool>("traffic");
-    const QByteArray whole = HeartbeatBytes().build();
-    QTest::newRow("empty") << QByteArray() << false;
-    QTest::newRow("17 bytes") << whole.left(17) << false;
-    QTest::newRow("18 bytes") << whole.left(18) << true;
-    QTest::newRow("39 bytes") << whole.left(39) << true;
-    QTest::newRow("one byte missing") << whole.chopped(1) << true;
-    QByteArray invalid = whole;
-    invalid[17] = 0;
-    QTest::newRow("valid byte zero") << invalid << true;
-    QByteArray unknown = whole;
-    unknown[0] = 0x21;
-    QTest::newRow("unknown kind") << unknown << true;
-    for (const int length : {2, 127, 128, 255}) {
-        QByteArray first = whole.left(38) + QByteArray(2, '\0');
-        first[38] = static_cast<char>(length);
-        QTest::addRow("first length %d in 40 bytes", length) << first << true;
-        QByteArray second = whole.left(38) + QByteArray(2, '\0');
-        second[39] = static_cast<char>(length);
-        QTest::addRow("second length %d in 40 bytes", length) << second << true;
-    }
-}
-
 void TestDiscovery::ignoresMalformed()
 {
-    QFETCH(QByteArray, bytes);
-    QFETCH(bool, traffic);
-    // An exact copy on the heap, so that a sanitizer sees any read past the end.
-    const std::unique_ptr<char[]> exact(new char[static_cast<size_t>(bytes.size())]);
-    std::copy(bytes.begin(), bytes.end(), exact.get());
-    const auto datagram = QByteArray::fromRawData(exact.get(), bytes.size());
-    QVERIFY(std::holds_alternative<heartbeat::Ignored>(decode(datagram)));
-    QCOMPARE(heartbeat::isTraffic(datagram), traffic);
-}
-
-void TestDiscovery::cleansNumbers_data()
-{
-    QTest::addColumn<double>("sent");
-    QTest::addColumn<double>("lux");
-    QTest::addColumn<double>("volts");
-    constexpr double infinite = std::numeric_limits<double>::infinity();
-    constexpr double none = std::numeric_limits<double>::quiet_NaN();
-    QTest::newRow("half goes away from zero") << 0.125 << 0.13 << 0.13;
-    QTest::newRow("negative") << -1.0 << 0.0 << 0.0;
-    QTest::newRow("negative zero") << -0.0 << 0.0 << 0.0;
-    QTest::newRow("NaN") << none << 0.0 << none;
-    QTest::newRow("infinite") << infinite << infinite << infinite;
-    QTest::newRow("minus infinite") << -infinite << 0.0 << 0.0;
-    QTest::newRow("enormous") << 1e38 << 1e38 << static_cast<double>(1e38F);
+    const QByteArray whole = HeartbeatBytes().build();
+    QList<QByteArray> malformed;
+    for (const int length : {0, 17, 18, 39, whole.size() - 1})
+        malformed += whole.left(length);
+    malformed += whole;
+    malformed.last()[17] = 0;
+    malformed += whole;
+    malformed.last()[0] = 0x21;
+    for (const int length : {2, 127, 128, 255}) {
+        malformed += whole.left(38) + static_cast<char>(length) + '\0';
+        malformed += whole.left(38) + '\0' + static_cast<char>(length);
+    }
+    for (const QByteArray &bytes : qAsConst(malformed)) {
+        // An exact copy on the heap, so that a sanitizer sees any read past the end.
+        const std::vector<char> exact(bytes.begin(), bytes.end());
+        const auto datagram = QByteArray::fromRawData(exact.data(), bytes.size());
+        QVERIFY2(std::holds_alternative<heartbeat::Ignored>(decode(datagram)), bytes.toHex().constData());
+        QCOMPARE(heartbeat::isTraffic(datagram), bytes.size() >= 18);
+    }
 }
 
 void TestDiscovery::cleansNumbers()
 {
-    QFETCH(double, sent);
-    QFETCH(double, lux);
-    QFETCH(double, volts);
-    HeartbeatBytes parts;
-    parts.lux = sent;
-    parts.volts = static_cast<float>(sent);
-    const auto screen = std::get<ScreenDevice>(decode(parts.build()));
-    QCOMPARE(screen.ambientLux, lux);
-    QVERIFY(!std::signbit(screen.ambientLux));
-    QCOMPARE(screen.supplyVoltage, volts);
-    QVERIFY(std::isnan(volts) || !std::signbit(screen.supplyVoltage));
-}
-
-void TestDiscovery::tellsOlderDevicesApart_data()
-{
-    QTest::addColumn<QByteArray>("serial");
-    QTest::addColumn<int>("length");
-    QTest::addColumn<QString>("outcome");
-    QTest::newRow("first generation") << QByteArray("aVK38b") << 38 << "incompatible";
-    QTest::newRow("the other first generation") << QByteArray("TZ582") << 18 << "incompatible";
-    QTest::newRow("a hub of the first generation") << QByteArray("VHUB-TZ582") << 38 << "incompatible";
-    QTest::newRow("one byte longer") << QByteArray("VK38") << 39 << "ignored";
-    QTest::newRow("whole length") << QByteArray("VK38") << 53 << "ignored";
-    QTest::newRow("hub, short") << QByteArray("VHUB1") << 38 << "ignored";
-    QTest::newRow("hub, whole length") << QByteArray("VHUB1") << 53 << "ignored";
-    QTest::newRow("other letters") << QByteArray("vk38") << 53 << "screen";
-    QTest::newRow("behind the end of the text") << QByteArray("A\0VK38", 6) << 53 << "screen";
+    constexpr double infinite = std::numeric_limits<double>::infinity();
+    constexpr double none = std::numeric_limits<double>::quiet_NaN();
+    struct Row {
+        double sent, lux, volts;
+    };
+    // Halves go away from zero; nothing is negative, not even a zero; what no integer could hold stays as it
+    // is.
+    for (const Row &row : {Row{0.125, 0.13, 0.13}, Row{-1.0, 0.0, 0.0}, Row{-0.0, 0.0, 0.0},
+                           Row{none, 0.0, none}, Row{infinite, infinite, infinite}, Row{-infinite, 0.0, 0.0},
+                           Row{1e38, 1e38, static_cast<double>(1e38F)}}) {
+        HeartbeatBytes parts;
+        parts.lux = row.sent;
+        parts.volts = static_cast<float>(row.sent);
+        const auto screen = std::get<ScreenDevice>(decode(parts.build()));
+        QCOMPARE(screen.ambientLux, row.lux);
+        QCOMPARE(screen.supplyVoltage, row.volts);
+        QVERIFY(!std::signbit(screen.ambientLux) &&
+                (std::isnan(row.volts) || !std::signbit(screen.supplyVoltage)));
+    }
 }
 
 void TestDiscovery::tellsOlderDevicesApart()
 {
-    QFETCH(QByteArray, serial);
-    QFETCH(int, length);
-    QFETCH(QString, outcome);
-    HeartbeatBytes parts;
-    parts.serial = serial;
-    // A short heartbeat of the first generation is reported even when it says that it is not valid.
-    parts.valid = outcome == QLatin1String("incompatible") ? 0 : 1;
-    const auto decoded = decode(parts.build().left(length));
-    QCOMPARE(std::holds_alternative<heartbeat::Incompatible>(decoded),
-             outcome == QLatin1String("incompatible"));
-    QCOMPARE(std::holds_alternative<ScreenDevice>(decoded), outcome == QLatin1String("screen"));
-    parts.kind = 0x20;
-    parts.valid = 1;
-    QVERIFY(!std::holds_alternative<heartbeat::Incompatible>(decode(parts.build().left(length))));
-}
-
-void TestDiscovery::namesModelsAndAddresses()
-{
-    QStringList names;
-    for (int model = 0; model <= 6; ++model)
-        names += n6ModelName(model);
-    QCOMPARE(names.join(QLatin1Char(',')),
-             QStringLiteral("Unknown,N6 Larch,N6 Moss,N6 Flint,N6 Fjord,N6 Heron,Unknown"));
-    QCOMPARE(displayAddress(at("::ffff:192.168.1.20")), QStringLiteral("192.168.1.20"));
-}
-
-void TestDiscovery::buildsCommands_data()
-{
-    QTest::addColumn<QByteArray>("built");
-    QTest::addColumn<QByteArray>("hex");
-    const auto reset = [](const char *serial) { return n6FactoryResetCommand(QString::fromLatin1(serial)); };
-    QTest::newRow("backup") << n6BackupCommand() << QByteArray("07");
-    QTest::newRow("restore") << n6RestoreCommand() << QByteArray("08");
-    QTest::newRow("reset, no serial") << reset("") << QByteArray("0f") + QByteArray(32, '0');
-    QTest::newRow("reset, 3 letters") << reset("N6\xe9") << QByteArray("0f4e36e9") + QByteArray(26, '0');
-    QTest::newRow("reset, 16 letters")
-        << reset("0123456789012345") << QByteArray("0f30313233343536373839303132333435");
-    QTest::newRow("reset, 20 letters")
-        << reset("01234567890123456789") << QByteArray("0f3031323334353637383930313233343536373839");
-    QTest::newRow("port 1") << n6PortModeCommand(N6Port::Port1, 6) << QByteArray("3006");
-    QTest::newRow("port 2") << n6PortModeCommand(N6Port::Port2, 2) << QByteArray("3102");
+    struct Row {
+        QByteArray serial;
+        int length;
+        char outcome; // of the first generation, ignored, a screen
+    };
+    for (const Row &row :
+         {Row{"aVK38b", 38, 'f'}, Row{"TZ582", 18, 'f'}, Row{"VHUB-TZ582", 38, 'f'}, Row{"VK38", 39, 'i'},
+          Row{"VK38", 53, 'i'}, Row{"VHUB1", 38, 'i'}, Row{"VHUB1", 53, 'i'}, Row{"vk38", 53, 's'},
+          Row{QByteArray("A\0VK38", 6), 53, 's'}}) {
+        HeartbeatBytes parts;
+        parts.serial = row.serial;
+        // A short heartbeat of the first generation is reported even when it says that it is not valid.
+        parts.valid = row.outcome == 'f' ? 0 : 1;
+        const auto decoded = decode(parts.build().left(row.length));
+        QCOMPARE(std::holds_alternative<heartbeat::Incompatible>(decoded), row.outcome == 'f');
+        QCOMPARE(std::holds_alternative<ScreenDevice>(decoded), row.outcome == 's');
+        parts.kind = 0x20;
+        QVERIFY(!std::holds_alternative<heartbeat::Incompatible>(decode(parts.build().left(row.length))));
+    }
 }
 
 void TestDiscovery::buildsCommands()
 {
-    QFETCH(QByteArray, built);
-    QFETCH(QByteArray, hex);
-    QCOMPARE(built.toHex(), hex);
+    const auto reset = [](const char *serial) {
+        return n6FactoryResetCommand(QString::fromLatin1(serial)).toHex();
+    };
+    QCOMPARE(n6BackupCommand() + n6RestoreCommand(), QByteArray("\x07\x08"));
+    QCOMPARE(reset(""), QByteArray("0f") + QByteArray(32, '0'));
+    QCOMPARE(reset("N6\xe9"), QByteArray("0f4e36e9") + QByteArray(26, '0'));
+    QCOMPARE(reset("0123456789012345"), QByteArray("0f30313233343536373839303132333435"));
+    QCOMPARE(reset("01234567890123456"), QByteArray("0f3031323334353637383930313233343536"));
+    QCOMPARE(n6PortModeCommand(N6Port::Port1, 6) + n6PortModeCommand(N6Port::Port2, 2), QByteArray("0\x06"
+                                                                                                   "1\x02"));
 }
 
 void TestDiscovery::mapsPortModesBothWays()
@@ -272,31 +198,22 @@ void TestDiscovery::mapsPortModesBothWays()
     QCOMPARE(describe(N6Port::Port2), QStringLiteral("NMEA0183=0 B&G Fastnet=1 NMEA0183-HS=2 0-1"));
 }
 
-void TestDiscovery::choosesInterfaces_data()
-{
-    using Net = QNetworkInterface;
-    QTest::addColumn<int>("flags");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<bool>("asks");
-    QTest::addColumn<bool>("listens");
-    const int live = Net::IsUp | Net::IsRunning | Net::CanMulticast;
-    QTest::newRow("cable") << live << "eth0" << true << true;
-    QTest::newRow("cable pulled") << int(Net::IsUp | Net::CanMulticast) << "eth0" << true << false;
-    QTest::newRow("virtual adapter") << live << "VirtualBox Host-Only" << true << false;
-    QTest::newRow("virtual in the middle") << live << "my virtual" << true << true;
-    QTest::newRow("down") << int(Net::CanMulticast) << "eth0" << false << false;
-    QTest::newRow("no multicast") << int(Net::IsUp | Net::IsRunning) << "tun0" << false << false;
-    QTest::newRow("loopback") << int(live | Net::IsLoopBack) << "lo" << false << false;
-}
-
 void TestDiscovery::choosesInterfaces()
 {
-    QFETCH(int, flags);
-    QFETCH(QString, name);
-    QFETCH(bool, asks);
-    QFETCH(bool, listens);
-    QCOMPARE(interfaces::asksOn(QNetworkInterface::InterfaceFlags(flags)), asks);
-    QCOMPARE(interfaces::listensOn(QNetworkInterface::InterfaceFlags(flags), name), listens);
+    using Net = QNetworkInterface;
+    const auto use = [](int flags, const char *name) {
+        const Net::InterfaceFlags set(flags);
+        return QString::number(interfaces::asksOn(set)) +
+               QString::number(interfaces::listensOn(set, QLatin1String(name)));
+    };
+    const int live = Net::IsUp | Net::IsRunning | Net::CanMulticast;
+    QCOMPARE(use(live, "eth0"), QStringLiteral("11"));
+    QCOMPARE(use(live, "my virtual"), QStringLiteral("11"));
+    QCOMPARE(use(live, "VirtualBox Host-Only"), QStringLiteral("10"));
+    QCOMPARE(use(Net::IsUp | Net::CanMulticast, "cable pulled"), QStringLiteral("10"));
+    QCOMPARE(use(Net::CanMulticast, "down"), QStringLiteral("00"));
+    QCOMPARE(use(Net::IsUp | Net::IsRunning, "no multicast"), QStringLiteral("00"));
+    QCOMPARE(use(live | Net::IsLoopBack, "lo"), QStringLiteral("00"));
 }
 
 void TestDiscovery::signalsEachChangeInOrder()

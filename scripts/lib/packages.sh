@@ -5,6 +5,8 @@ readonly build_packages=(g++ cmake ninja-build qtbase5-dev)
 readonly boat_packages=(python3 python3-pyftpdlib iproute2)
 # To show the window where there is no display, and to look at it.
 readonly off_screen_packages=(xvfb xdotool imagemagick)
+readonly package_packages=(dpkg-dev fakeroot lintian)
+readonly bare_system_packages=(mmdebstrap)
 
 is_installed() {
     [[ $(dpkg-query --show --showformat='${db:Status-Status}' "$1" 2>/dev/null) == installed ]]

@@ -1,0 +1,274 @@
+// Uploads over loopback to a server that throws everything away: how fast, beside curl with the same server
+// and file, and with how much memory. Run without arguments; every measured client is a process of its own.
+#include "ftp/qftp.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
+#include <QStandardPaths>
+#include <QTemporaryFile>
+#include <QTextStream>
+#include <QVector>
+
+#include <algorithm>
+#include <csignal>
+#include <cstdlib>
+
+#include <arpa/inet.h>
+#include <netinet/tcp.h>
+#include <sys/resource.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace
+{
+
+constexpr qint64 gibibyte = qint64(1) << 30;
+constexpr qint64 mebibyte = qint64(1) << 20;
+constexpr qint64 parallelFileBytes = 32 * mebibyte;
+constexpr int pairs = 5;
+constexpr int parallelUploads = 100;
+constexpr double wantedThroughputRatio = 1.0;
+constexpr double wantedProcessorRatio = 1.5;
+constexpr qint64 wantedBytesPerUpload = 64 * 1024;
+constexpr std::size_t sinkBytes = std::size_t(1) << 20;
+
+QTextStream &out()
+{
+    static QTextStream stream(stdout);
+    return stream;
+}
+
+int listenOnLoopback(quint16 *port)
+{
+    const int listener = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t length = sizeof address;
+    auto *const generic = reinterpret_cast<sockaddr *>(&address);
+    if (listener < 0 || bind(listener, generic, length) != 0 || listen(listener, parallelUploads) != 0 ||
+        getsockname(listener, generic, &length) != 0)
+        qFatal("cannot listen on the loopback interface");
+    *port = ntohs(address.sin_port);
+    return listener;
+}
+
+void say(int control, const QByteArray &text)
+{
+    if (write(control, text.constData(), static_cast<std::size_t>(text.size())) != text.size())
+        std::exit(1);
+}
+
+// Lets the kernel discard what arrives, without a copy and in few wake-ups, so that the client sets the pace.
+void discard(int dataListener)
+{
+    const int data = accept(dataListener, nullptr, nullptr);
+    const int lowWater = 256 * 1024;
+    setsockopt(data, SOL_SOCKET, SO_RCVLOWAT, &lowWater, sizeof lowWater);
+    while (recv(data, nullptr, sinkBytes, MSG_TRUNC) > 0)
+        continue;
+    close(data);
+}
+
+// One session, as far as an upload needs it.
+void serveSession(int control)
+{
+    const int noDelay = 1;
+    setsockopt(control, IPPROTO_TCP, TCP_NODELAY, &noDelay, sizeof noDelay);
+    quint16 port = 0;
+    const int dataListener = listenOnLoopback(&port);
+    FILE *const input = fdopen(control, "r");
+    char line[512];
+    say(control, "220 Ready\r\n");
+    while (fgets(line, sizeof line, input)) {
+        const QByteArray verb = QByteArray(line).trimmed().split(' ').first();
+        if (verb == "USER") {
+            say(control, "331 Password?\r\n");
+        } else if (verb == "PASS") {
+            say(control, "230 Welcome\r\n");
+        } else if (verb == "PWD") {
+            say(control, "257 \"/\"\r\n");
+        } else if (verb == "EPSV") {
+            say(control, "229 Extended (|||" + QByteArray::number(port) + "|)\r\n");
+        } else if (verb == "PASV") {
+            say(control, "227 Passive (127,0,0,1," + QByteArray::number(port >> 8) + ',' +
+                             QByteArray::number(port & 255) + ")\r\n");
+        } else if (verb == "STOR") {
+            say(control, "150 Go\r\n");
+            discard(dataListener);
+            say(control, "226 Done\r\n");
+        } else if (verb == "QUIT") {
+            say(control, "221 Bye\r\n");
+            break;
+        } else {
+            say(control, "200 Fine\r\n");
+        }
+    }
+    fclose(input);
+}
+
+/// Forks the server off; returns its process.
+pid_t startServer(quint16 *port)
+{
+    const int listener = listenOnLoopback(port);
+    const pid_t server = fork();
+    if (server != 0) {
+        close(listener);
+        return server;
+    }
+    std::signal(SIGCHLD, SIG_IGN);
+    for (;;) {
+        const int control = accept(listener, nullptr, nullptr);
+        if (fork() == 0) {
+            serveSession(control);
+            std::exit(0);
+        }
+        close(control);
+    }
+}
+
+struct Cost {
+    double seconds = 0;
+    double processorSeconds = 0;
+    qint64 peakBytes = 0;
+    bool succeeded = false;
+};
+
+Cost run(const QStringList &command)
+{
+    QVector<QByteArray> texts;
+    for (const QString &word : command)
+        texts += word.toLocal8Bit();
+    QVector<char *> words;
+    for (QByteArray &text : texts)
+        words += text.data();
+    words += nullptr;
+
+    QElapsedTimer timer;
+    timer.start();
+    const pid_t child = fork();
+    if (child == 0) {
+        execv(words.first(), words.data());
+        _exit(127);
+    }
+    int status = 0;
+    rusage usage{};
+    wait4(child, &status, 0, &usage);
+    const auto seconds = [](const timeval &time) {
+        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
+    };
+    return {static_cast<double>(timer.nsecsElapsed()) / 1e9,
+            seconds(usage.ru_utime) + seconds(usage.ru_stime), usage.ru_maxrss * 1024,
+            WIFEXITED(status) && WEXITSTATUS(status) == 0};
+}
+
+double median(QVector<double> values)
+{
+    std::sort(values.begin(), values.end());
+    return values.at(values.size() / 2);
+}
+
+bool compareWithCurl(quint16 port, const QString &self, const QString &file)
+{
+    const QString curl = QStandardPaths::findExecutable(QStringLiteral("curl"));
+    if (curl.isEmpty()) {
+        out() << "curl is not installed\n";
+        return false;
+    }
+    const QStringList ours{self, QStringLiteral("client"), QString::number(port), file, QStringLiteral("1")};
+    const QStringList theirs{curl, QStringLiteral("-s"), QStringLiteral("-T"), file,
+                             QStringLiteral("ftp://127.0.0.1:%1/image").arg(port)};
+    run(theirs); // brings the file into the memory
+    QVector<double> ourTimes, theirTimes, ourLoads, theirLoads;
+    out() << "pair    ours s  (CPU s)    curl s  (CPU s)\n";
+    for (int pair = 1; pair <= pairs; ++pair) {
+        const Cost us = run(ours);
+        const Cost them = run(theirs);
+        if (!us.succeeded || !them.succeeded) {
+            out() << "an upload failed\n";
+            return false;
+        }
+        ourTimes += us.seconds;
+        ourLoads += us.processorSeconds;
+        theirTimes += them.seconds;
+        theirLoads += them.processorSeconds;
+        out() << QString::asprintf("%4d  %8.3f  (%5.3f)  %8.3f  (%5.3f)\n", pair, us.seconds,
+                                   us.processorSeconds, them.seconds, them.processorSeconds);
+        out().flush();
+    }
+    const double throughput = median(theirTimes) / median(ourTimes);
+    const double processor = median(ourLoads) / median(theirLoads);
+    out() << QString::asprintf(
+        "medians, ours / curl: throughput %.2f (at least %.1f), CPU %.2f (at most %.1f)\n", throughput,
+        wantedThroughputRatio, processor, wantedProcessorRatio);
+    return throughput >= wantedThroughputRatio && processor <= wantedProcessorRatio;
+}
+
+bool measureMemory(quint16 port, const QString &self, QTemporaryFile *file)
+{
+    const auto peak = [&](qint64 fileBytes, int uploads) {
+        file->resize(fileBytes);
+        return run({self, QStringLiteral("client"), QString::number(port), file->fileName(),
+                    QString::number(uploads)});
+    };
+    const Cost idle = peak(mebibyte, 0);
+    const Cost small = peak(mebibyte, 1);
+    const Cost large = peak(gibibyte, 1);
+    const Cost many = peak(parallelFileBytes, parallelUploads);
+    const qint64 each = (many.peakBytes - idle.peakBytes) / parallelUploads;
+    out() << "peak memory in KiB: idle " << idle.peakBytes / 1024 << ", 1 MiB " << small.peakBytes / 1024
+          << ", 1 GiB " << large.peakBytes / 1024 << ", " << parallelUploads << " at once "
+          << many.peakBytes / 1024 << " (" << each / 1024 << " each, at most " << wantedBytesPerUpload / 1024
+          << ")\n";
+    return small.succeeded && large.succeeded && many.succeeded && each <= wantedBytesPerUpload;
+}
+
+int measure(const QString &self)
+{
+    quint16 port = 0;
+    const pid_t server = startServer(&port);
+    QTemporaryFile file;
+    const bool isReady = file.open() && file.resize(gibibyte);
+    const bool isFast = isReady && compareWithCurl(port, self, file.fileName());
+    const bool isSmall = isReady && measureMemory(port, self, &file);
+    kill(server, SIGTERM);
+    return isFast && isSmall ? 0 : 1;
+}
+
+int upload(quint16 port, const QString &fileName, int uploads)
+{
+    int running = uploads;
+    bool failed = false;
+    for (int i = 0; i < uploads; ++i) {
+        auto *const ftp = new QFtp(QCoreApplication::instance());
+        auto *const file = new QFile(fileName, ftp);
+        if (!file->open(QIODevice::ReadOnly))
+            return 1;
+        QObject::connect(ftp, &QFtp::done, ftp, [&](bool error) {
+            failed = failed || error;
+            if (--running == 0)
+                QCoreApplication::quit();
+        });
+        ftp->connectToHost(QStringLiteral("127.0.0.1"), port);
+        ftp->login();
+        ftp->put(file, QStringLiteral("image"));
+        ftp->close();
+    }
+    if (uploads > 0)
+        QCoreApplication::exec();
+    return failed ? 1 : 0;
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    const QCoreApplication app(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.size() == 5 && arguments.at(1) == QLatin1String("client"))
+        return upload(arguments.at(2).toUShort(), arguments.at(3), arguments.at(4).toInt());
+    return measure(QCoreApplication::applicationFilePath());
+}
