@@ -5,6 +5,11 @@ readonly build_packages=(g++ cmake ninja-build qtbase5-dev)
 readonly boat_packages=(python3 python3-pyftpdlib iproute2)
 # To show the window where there is no display, and to look at it.
 readonly off_screen_packages=(xvfb xdotool imagemagick)
+# To use the program as a user would, on a display of its own.
+readonly end_to_end_packages=(xvfb at-spi2-core dbus python3-gi python3-xlib util-linux)
+readonly fuzz_packages=(clang)
+readonly analysis_packages=(clang clang-tidy clazy cppcheck)
+readonly coverage_packages=(gcovr)
 readonly package_packages=(dpkg-dev fakeroot lintian)
 readonly bare_system_packages=(mmdebstrap)
 

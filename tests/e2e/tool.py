@@ -1,0 +1,164 @@
+"""The real program on a display of its own, used through the accessibility interface as a screen reader's user would."""
+
+import collections
+import os
+import re
+import subprocess
+
+import gi
+from Xlib import X, XK, display, protocol
+from Xlib.ext import xtest
+
+gi.require_version("Gio", "2.0")
+from gi.repository import Gio, GLib  # noqa: E402
+
+from network import end, start, until  # noqa: E402
+
+PROGRAM = os.environ["KELVORA_TOOL"]
+CHECKED, ENABLED, SHOWING = 4, 8, 25
+_ROOT = ("org.a11y.atspi.Registry", "/org/a11y/atspi/accessible/root")
+_BUS = ("org.a11y.Bus", "/org/a11y/bus")
+_PROPERTIES = "org.freedesktop.DBus.Properties"
+_ANSWER_MS = 5000
+
+Element = collections.namedtuple("Element", "owner path role name states")
+
+
+class Tool:
+    def __init__(self, folder):
+        self._log = folder / "tool.log"
+        self._helpers = []
+        # Over TCP, as only its ports are the namespace's own: a socket file would replace that of another display.
+        transport = ["-listen", "tcp", "-nolisten", "unix", "-nolisten", "local"]
+        number = self._first_line("Xvfb", "-displayfd", "1", "-screen", "0", "1280x800x24", *transport)
+        self._display = display.Display(f"127.0.0.1:{number}")
+        environment = {
+            **os.environ,
+            "DISPLAY": f"127.0.0.1:{number}",
+            "HOME": str(folder),
+            "XDG_RUNTIME_DIR": str(folder),
+            "QT_QPA_PLATFORM": "xcb",
+            "QT_FORCE_STDERR_LOGGING": "1",
+            "QT_LOGGING_RULES": "default.debug=true",
+        }
+        session = self._first_line("dbus-daemon", "--session", "--nofork", "--print-address", env=environment)
+        self._bus = _connection(session)
+        environment["DBUS_SESSION_BUS_ADDRESS"] = session
+        with open(self._log, "w", encoding="utf-8") as log:
+            self.process = start(PROGRAM, env=environment, cwd=folder, stdout=log, stderr=log)
+        # A program that starts while the service is being enabled may miss it; this one is up.
+        until(self._window, 60, "the window")
+        enabled = GLib.Variant("(ssv)", ("org.a11y.Status", "IsEnabled", GLib.Variant("b", True)))
+        self._call(_BUS, _PROPERTIES, "Set", enabled)
+        self._bus = _connection(self._call(_BUS, "org.a11y.Bus", "GetAddress"))
+        self.sees("KelvoraTool - v.*")
+
+    def _window(self):
+        windows = self._display.screen().root.query_tree().children
+        return next((w for w in windows if (w.get_wm_name() or "").startswith("KelvoraTool - v")), None)
+
+    def _first_line(self, *command, **options):
+        process = start(*command, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True, **options)
+        self._helpers.append(process)
+        return process.stdout.readline().strip()
+
+    def close(self):
+        """Closes the window as its frame's button does, and returns the program's status."""
+        window = self._window()
+        atom = self._display.intern_atom
+        data = (32, [atom("WM_DELETE_WINDOW"), X.CurrentTime, 0, 0, 0])
+        window.send_event(protocol.event.ClientMessage(window=window, client_type=atom("WM_PROTOCOLS"), data=data))
+        self._display.flush()
+        return self.process.wait(20)
+
+    def end(self):
+        self._display.close()
+        for process in (self.process, *reversed(self._helpers)):
+            end(process)
+
+    def log(self):
+        return self._log.read_text()
+
+    # What is on the screen.
+
+    def _call(self, target, interface, method, arguments=None):
+        answer = self._bus.call_sync(*target, interface, method, arguments, None, 0, _ANSWER_MS, None)
+        return answer.unpack()[0] if answer.n_children() else None
+
+    def _get(self, target, interface, name):
+        arguments = GLib.Variant("(ss)", (f"org.a11y.atspi.{interface}", name))
+        return self._call(target, _PROPERTIES, "Get", arguments)
+
+    def _below(self, target):
+        try:
+            for child in self._call(target, "org.a11y.atspi.Accessible", "GetChildren"):
+                role = self._call(child, "org.a11y.atspi.Accessible", "GetRoleName")
+                low, high = self._call(child, "org.a11y.atspi.Accessible", "GetState")
+                yield Element(*child, role, self._get(child, "Accessible", "Name"), low | high << 32)
+                yield from self._below(child)
+        except GLib.Error:
+            pass  # gone while it was looked at
+
+    def elements(self, name=".*", role=".*", state=SHOWING):
+        """All that have this name, role and state and are on the screen."""
+        return [
+            element
+            for element in self._below(_ROOT)
+            if re.fullmatch(role, element.role)
+            and re.fullmatch(name, element.name, re.DOTALL)
+            and all(element.states >> bit & 1 for bit in (SHOWING, state))
+        ]
+
+    def sees(self, name, role=".*", state=SHOWING, count=1, seconds=60):
+        """The first of at least so many such elements, once they are there."""
+        def enough():
+            assert self.process.poll() is None, f"the tool ended with {self.process.returncode}: {self.log()}"
+            found = self.elements(name, role, state)
+            return found if len(found) >= count else None
+
+        return until(enough, seconds, lambda: f"{count} {role} {name!r} among {[e[2:4] for e in self.elements()]}")[0]
+
+    def value(self, element):
+        return self._get(element[:2], "Value", "CurrentValue")
+
+    # What the user does.
+
+    def act(self, element, action):
+        interface = "org.a11y.atspi.Action"
+        count = self._get(element[:2], "Action", "NActions")
+        names = [self._call(element[:2], interface, "GetName", GLib.Variant("(i)", (i,))) for i in range(count)]
+        self._call(element[:2], interface, "DoAction", GLib.Variant("(i)", (names.index(action),)))
+
+    def press(self, name, role="push button"):
+        self.act(self.sees(name, role, ENABLED), "Press")
+
+    def choose_file(self, title, path, button):
+        self.sees(title, "dialog|file chooser")
+        field = self.sees("File name:", "text")
+        self._call(field[:2], "org.a11y.atspi.EditableText", "SetTextContents", GLib.Variant("(s)", (str(path),)))
+        self.press(button)
+
+    def answer(self, title, text, button):
+        """Answers a message box, which has to say this."""
+        self.sees(title, ".*alert.*|dialog")
+        self.sees(text, "label")
+        self.press(button)
+        until(lambda: not self.elements(title, ".*alert.*|dialog"), 20, f"{title} closed")
+
+    def select_next(self, box):
+        """Opens a combo box with the mouse and takes the entry below the current one."""
+        left, top, width, height = self._call(box[:2], "org.a11y.atspi.Component", "GetExtents", GLib.Variant("(u)", (0,)))
+        xtest.fake_input(self._display, X.MotionNotify, x=left + width // 2, y=top + height // 2)
+        self._tap(X.ButtonPress, X.ButtonRelease, 1)
+        for key in ("Down", "Return"):
+            self._tap(X.KeyPress, X.KeyRelease, self._display.keysym_to_keycode(XK.string_to_keysym(key)))
+
+    def _tap(self, press, release, code):
+        for kind in (press, release):
+            xtest.fake_input(self._display, kind, code)
+        self._display.sync()
+
+
+def _connection(address):
+    flags = Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION
+    return Gio.DBusConnection.new_for_address_sync(address, flags, None, None)
