@@ -190,7 +190,8 @@ void ServerWidget::uploadFinished()
     // Some servers confirm an archive that has arrived cut off, and a local file may fail under the upload.
     // When another N6 has become the server, or none is left, the restore command would miss the one that got
     // the archive. A server that was away only meanwhile does no harm.
-    const bool whole = !currentFile || (currentFile->atEnd() && currentFile->error() == QFileDevice::NoError);
+    const bool whole =
+        currentFile.isNull() || (currentFile->atEnd() && currentFile->error() == QFileDevice::NoError);
     if (lastError == QNetworkReply::NoError && !(whole && transferUrl == archiveUrl))
         uploadError(QNetworkReply::UnknownContentError);
     closeTransfer();
@@ -329,7 +330,7 @@ void ServerWidget::reportLater(void (ServerWidget::*report)(int))
 // A transfer may have been started between the end of an older one and the closing of its box.
 bool ServerWidget::isUnderWay() const
 {
-    return currentReply || pollTimer.isActive();
+    return !currentReply.isNull() || pollTimer.isActive();
 }
 
 void ServerWidget::closeTransfer()

@@ -68,7 +68,6 @@ class RunningBoat(unittest.TestCase):
         session, archive = self.ftp(N6), io.BytesIO()
         self.exchange(4021, b"\x30\x06")
         self.exchange(4021, b"\x07")
-        self.expect("n6 backup ")
         with self.assertRaises(ftplib.error_perm):
             session.size(ARCHIVE)
         self.expect("n6 archive-ready")
