@@ -39,7 +39,7 @@ inline void heartbeat(udpHBClient &client, char kind = '\xC6', const QString &ho
     datagram[0] = kind;
     datagram.replace(1, 11, "N6-30001234");
     datagram[17] = 1;
-    datagram[37] = kind == 0;
+    datagram[37] = kind == 0 ? '\1' : '\0';
     client.processHeartbeat(datagram, QHostAddress(host));
 }
 
