@@ -22,7 +22,7 @@ constexpr int uploadBlockBytes = 16384;
 // nothing.
 constexpr int blocksPerTurn = 64;
 // What a download holds unread: the network waits for a slow disk instead of filling the memory.
-constexpr qint64 readBufferBytes = 64 * 1024;
+constexpr qint64 readBufferBytes = qint64(64) * 1024;
 
 } // namespace
 
@@ -189,7 +189,7 @@ void QFtpDTP::writeBlock()
 // Half a file must not pass for a whole one. A stream has no size, and says -1 at its end.
 bool QFtpDTP::isSourceCutShort(qint64 count) const
 {
-    return !device || (!device->isSequential() && (count < 0 || device->pos() < bytesTotal));
+    return device.isNull() || (!device->isSequential() && (count < 0 || device->pos() < bytesTotal));
 }
 
 void QFtpDTP::finishUpload()
@@ -240,7 +240,7 @@ void QFtpDTP::socketReadyRead()
             socket->setReadBufferSize(0);
         emit dataTransferProgress(bytesDone + socket->bytesAvailable(), bytesTotal);
         // An abort from that slot may have ended the command.
-        if (self && !pi->currentCommand().isEmpty())
+        if (!self.isNull() && !pi->currentCommand().isEmpty())
             emit readyRead();
     }
 }
@@ -375,9 +375,9 @@ qint64 QFtpDTP::read(char *buffer, qint64 maxlen)
 
 QByteArray QFtpDTP::readAll()
 {
-    const QByteArray all = state() == QAbstractSocket::ConnectedState
-                               ? socket->readAll()
-                               : std::exchange(bytesFromSocket, QByteArray());
+    QByteArray all = state() == QAbstractSocket::ConnectedState
+                         ? socket->readAll()
+                         : std::exchange(bytesFromSocket, QByteArray());
     bytesDone += all.size();
     return all;
 }

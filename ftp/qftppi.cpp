@@ -16,7 +16,7 @@
 namespace
 {
 
-constexpr qint64 readBufferBytes = 16 * 1024;
+constexpr qint64 readBufferBytes = qint64(16) * 1024;
 
 constexpr int codeSuperfluous = 202;
 constexpr int codeFileStatus = 213;
@@ -40,7 +40,7 @@ class QFtpPI::Turn
 {
 public:
     explicit Turn(QFtpPI *interpreter) : pi(interpreter), number(interpreter->turnNumber) {}
-    bool isOver() const { return !pi || pi->turnNumber != number; }
+    bool isOver() const { return pi.isNull() || pi->turnNumber != number; }
 
 private:
     QPointer<QFtpPI> pi;
@@ -257,7 +257,7 @@ bool QFtpPI::mustAwaitData(int code)
         return false;
     const QPointer<QFtpPI> self = this;
     dtp.waitForConnection();
-    return self && dtp.state() != QAbstractSocket::UnconnectedState;
+    return !self.isNull() && dtp.state() != QAbstractSocket::UnconnectedState;
 }
 
 // Two replies follow an ABOR: the aborted line's, which is handled like any, and its own, which is swallowed.

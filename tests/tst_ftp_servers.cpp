@@ -2,7 +2,6 @@
 #include "ftp/qftp.h"
 
 #include <QBuffer>
-#include <QCryptographicHash>
 #include <QProcess>
 #include <QRandomGenerator>
 #include <QSignalSpy>
@@ -31,11 +30,6 @@ bool answers(const QString &host, quint16 port)
     return socket.waitForConnected(1000);
 }
 
-QByteArray checksum(const QByteArray &bytes)
-{
-    return QCryptographicHash::hash(bytes, QCryptographicHash::Sha256);
-}
-
 } // namespace
 
 class TestFtpServers : public QObject
@@ -60,9 +54,9 @@ bool TestFtpServers::startPyftpdlib(const QString &host, const QString &folder)
     const QString python = QStringLiteral("/usr/bin/python3");
     if (QProcess::execute(python, {QStringLiteral("-c"), QStringLiteral("import pyftpdlib")}) != 0)
         return false;
-    server.start(python, {QStringLiteral("-m"), QStringLiteral("pyftpdlib"), QStringLiteral("-w"),
-                          QStringLiteral("-i"), host, QStringLiteral("-p"), QString::number(port),
-                          QStringLiteral("-d"), folder});
+    const QString arguments =
+        QStringLiteral("-m pyftpdlib -w -i %1 -p %2 -d %3").arg(host).arg(port).arg(folder);
+    server.start(python, arguments.split(QLatin1Char(' ')));
     return true;
 }
 
@@ -93,15 +87,12 @@ void TestFtpServers::transfersWhole_data()
     QTest::addColumn<QString>("program");
     QTest::addColumn<QString>("host");
     QTest::addColumn<QFtp::TransferMode>("mode");
-    const auto v4 = QStringLiteral("127.0.0.1");
-    QTest::newRow("pyftpdlib, passive") << "pyftpdlib" << v4 << QFtp::Passive;
-    QTest::newRow("pyftpdlib, active") << "pyftpdlib" << v4 << QFtp::Active;
-    QTest::newRow("pyftpdlib, passive over IPv6") << "pyftpdlib"
-                                                  << "::1" << QFtp::Passive;
-    QTest::newRow("pyftpdlib, active over IPv6") << "pyftpdlib"
-                                                 << "::1" << QFtp::Active;
-    QTest::newRow("vsftpd, passive") << "vsftpd" << v4 << QFtp::Passive;
-    QTest::newRow("vsftpd, active") << "vsftpd" << v4 << QFtp::Active;
+    for (const QFtp::TransferMode mode : {QFtp::Passive, QFtp::Active}) {
+        for (const char *where : {"pyftpdlib 127.0.0.1", "pyftpdlib ::1", "vsftpd 127.0.0.1"}) {
+            const QStringList words = QString::fromLatin1(where).split(QLatin1Char(' '));
+            QTest::addRow("%s %d", where, mode) << words.first() << words.last() << mode;
+        }
+    }
 }
 
 void TestFtpServers::transfersWhole()
@@ -150,8 +141,8 @@ void TestFtpServers::transfersWhole()
     QCOMPARE(listed, (QStringList{QStringLiteral("empty 0"), QStringLiteral("image.bin 5000001")}));
     QFile stored(folder.filePath(QStringLiteral("update/image.bin")));
     QVERIFY(stored.open(QIODevice::ReadOnly));
-    QCOMPARE(checksum(stored.readAll()), checksum(bytes));
-    QCOMPARE(checksum(sink.data()), checksum(bytes));
+    QVERIFY(stored.readAll() == bytes);
+    QVERIFY(sink.data() == bytes);
 
     // An aborted transfer, and then the same connection again.
     logIn();
@@ -169,7 +160,7 @@ void TestFtpServers::transfersWhole()
     ftp.close();
     QVERIFY(done.wait(bound));
     QVERIFY2(!done.takeFirst().first().toBool(), qPrintable(ftp.errorString()));
-    QCOMPARE(checksum(sink.data()), checksum(bytes));
+    QVERIFY(sink.data() == bytes);
 }
 
 void TestFtpServers::cleanup()
