@@ -110,7 +110,7 @@ private slots:
         Boat boat(n6 + options);
         Answers answers(isBackup ? folder->filePath("x"_s) : target);
         answers.answer = [&](QDialog *shown) {
-            const bool isBox = qobject_cast<QMessageBox *>(shown);
+            const bool isBox = qobject_cast<QMessageBox *>(shown) != nullptr;
             if (trouble == CloseInBox && isBox)
                 delete page;
             // The N6 comes back to life while the box is open: the aborted transfer must be over.
@@ -118,7 +118,7 @@ private slots:
                 boat.send(SIGCONT);
                 boat.waitFor("-broken");
             }
-            return !page;
+            return page.isNull();
         };
         heartbeat(*client);
         if (isBackup)

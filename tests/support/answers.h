@@ -12,12 +12,13 @@
 #include <QTimer>
 
 #include <functional>
+#include <utility>
 
 // Answers every file dialog with a file and closes every box, and remembers the boxes.
 class Answers : public QObject
 {
 public:
-    explicit Answers(const QString &chosen = QString()) : file(chosen) { look(); }
+    explicit Answers(QString chosen = QString()) : file(std::move(chosen)) { look(); }
 
     std::function<bool(QDialog *)> answer; // tried before the usual one
     QStringList boxes;                     // icon and title
@@ -32,7 +33,7 @@ private:
             return;
         answered = dialog;
         auto *box = qobject_cast<QMessageBox *>(dialog);
-        const bool overwrite = box && qobject_cast<QFileDialog *>(box->parent());
+        const bool overwrite = box != nullptr && qobject_cast<QFileDialog *>(box->parent()) != nullptr;
         if (box && !overwrite)
             boxes += QString::number(box->icon()) + QLatin1Char(' ') + box->windowTitle();
         if (overwrite)
