@@ -1,6 +1,8 @@
 // An FTP client whose every operation is asynchronous: a call queues one command and returns its id, the
 // commands run strictly one after another, and signals tell how they fare. Whoever creates it owns it, and
-// may delete it at any moment, also from a slot of one of its own signals.
+// may delete it at any moment, also from a slot of one of its own signals. When the control connection is
+// lost in the middle of a command, only stateChanged() tells of it: the object is finished and has to be
+// deleted.
 #pragma once
 
 #include "ftp/qurlinfo.h"

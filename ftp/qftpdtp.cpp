@@ -63,6 +63,9 @@ void QFtpDTP::resetTransfer()
     forgetData();
     clearError();
     bytesFromSocket.clear();
+    bytesDone = 0;
+    bytesTotal = 0;
+    listener.close();
     // One that is still open could report on what is no longer running.
     SocketSignal::dispose(std::exchange(socket, nullptr), this);
 }
@@ -134,6 +137,7 @@ void QFtpDTP::waitForConnection()
 void QFtpDTP::abortConnection()
 {
     forgetData();
+    listener.close();
     if (socket)
         socket->abort();
 }
@@ -168,14 +172,11 @@ void QFtpDTP::writeBlock()
 {
     callWriteData = false;
     if (socket->bytesToWrite() == 0) {
-        if (!device) {
-            err = tr("The file to upload cannot be read");
-            finishUpload();
-            return;
-        }
         std::array<char, uploadBlockBytes> block; // left uninitialised, for every block would pay for it
-        const qint64 count = device->read(block.data(), uploadBlockBytes);
+        const qint64 count = device ? device->read(block.data(), uploadBlockBytes) : -1;
         if (count < 0 || (count == 0 && !device->isSequential())) {
+            if (isSourceCutShort(count))
+                err = tr("The file to upload cannot be read");
             finishUpload();
             return;
         }
@@ -183,6 +184,12 @@ void QFtpDTP::writeBlock()
             socket->write(block.data(), count);
     }
     callWriteData = hasDevice;
+}
+
+// Half a file must not pass for a whole one. A stream has no size, and says -1 at its end.
+bool QFtpDTP::isSourceCutShort(qint64 count) const
+{
+    return !device || (!device->isSequential() && (count < 0 || device->pos() < bytesTotal));
 }
 
 void QFtpDTP::finishUpload()
@@ -232,7 +239,8 @@ void QFtpDTP::socketReadyRead()
         if (isRetrieving())
             socket->setReadBufferSize(0);
         emit dataTransferProgress(bytesDone + socket->bytesAvailable(), bytesTotal);
-        if (self)
+        // An abort from that slot may have ended the command.
+        if (self && !pi->currentCommand().isEmpty())
             emit readyRead();
     }
 }
@@ -285,6 +293,13 @@ void QFtpDTP::socketError(QAbstractSocket::SocketError socketError)
 void QFtpDTP::socketConnectionClosed()
 {
     const SocketSignal onStack;
+    const QPointer<QFtpDTP> self = this;
+    const QPointer<QTcpSocket> closed = socket;
+    // A progress slot that processes events keeps the socket from telling of what arrives meanwhile.
+    if (hasDevice && isRetrieving() && !pi->isAbortStarted())
+        readIntoDevice();
+    if (!self || socket != closed)
+        return;
     if (hasDevice)
         forgetData();
     // It is shut already where this side ended an upload.

@@ -79,6 +79,7 @@ private:
     void forgetData();
     void writeBytes();
     void writeBlock();
+    bool isSourceCutShort(qint64 count) const;
     void finishUpload();
     void reportWritten(qint64 bytes);
     void pumpBlocks();

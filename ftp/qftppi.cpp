@@ -140,12 +140,14 @@ void QFtpPI::abort()
     // Without a line in flight the server answers nothing but the ABOR itself.
     abortState = state == Waiting || state == Begin ? AbortStarted : WaitForAbortToFinish;
     commandSocket->write("ABOR\r\n");
-    // An object that is going away has no later chance to send it.
-    if (commandSocket->state() == QAbstractSocket::ConnectedState)
-        commandSocket->flush();
+    const QPointer<QFtpPI> self = this;
     const bool isOpening = std::exchange(waitForDtpToConnect, false);
-    if (isOpening || isCommand(currentCmd, "STOR "))
+    if (isOpening || waitForDtpToClose || isCommand(currentCmd, "STOR "))
         dtp.abortConnection();
+    // An object that is going away has no later chance to send it. Comes last, for a flush that finds the
+    // connection broken tells the user of it.
+    if (self && commandSocket->state() == QAbstractSocket::ConnectedState)
+        commandSocket->flush();
 }
 
 void QFtpPI::hostFound()
@@ -224,7 +226,11 @@ bool QFtpPI::processReply()
 {
     const int code = 100 * replyCode[0] + 10 * replyCode[1] + replyCode[2];
     const QString text = replyText;
-    if (mustAwaitData(code)) {
+    const QPointer<QFtpPI> self = this;
+    const bool isHeld = mustAwaitData(code);
+    if (!self)
+        return true;
+    if (isHeld) {
         waitForDtpToClose = true;
         return false;
     }
@@ -241,12 +247,17 @@ bool QFtpPI::processReply()
     return true;
 }
 
-// A transfer is complete only when its last bytes have come out of the data connection.
-bool QFtpPI::mustAwaitData(int code) const
+// A transfer is complete only when its last bytes have come out of the data connection. A server's own
+// connection may still wait to be accepted, with all the data in it.
+bool QFtpPI::mustAwaitData(int code)
 {
     const bool endsTransfer =
         code == codeTransferComplete || (code == codeFileActionDone && isCommand(currentCmd, "RETR"));
-    return endsTransfer && state == Waiting && dtp.state() != QAbstractSocket::UnconnectedState;
+    if (!endsTransfer || state != Waiting)
+        return false;
+    const QPointer<QFtpPI> self = this;
+    dtp.waitForConnection();
+    return self && dtp.state() != QAbstractSocket::UnconnectedState;
 }
 
 // Two replies follow an ABOR: the aborted line's, which is handled like any, and its own, which is swallowed.
@@ -337,9 +348,11 @@ void QFtpPI::react(const QString &text)
     startNextCmd();
 }
 
-// Old servers know only the plain forms.
+// Old servers know only the plain forms. An aborted command is not tried again.
 bool QFtpPI::fallBack()
 {
+    if (abortState != None)
+        return false;
     if (isCommand(currentCmd, "EPSV"))
         pendingCommands.prepend(QStringLiteral("PASV\r\n"));
     else if (isCommand(currentCmd, "EPRT"))

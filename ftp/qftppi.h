@@ -69,7 +69,7 @@ private:
     void resetSession();
     void handleReply();
     bool processReply();
-    bool mustAwaitData(int code) const;
+    bool mustAwaitData(int code);
     bool takeAbortReply(int code);
     bool advance(int code);
     void interpret(int code, const QString &text);

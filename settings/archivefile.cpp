@@ -1,6 +1,6 @@
 #include "settings/archivefile.h"
 
-#include <QFileDevice>
+#include <QFile>
 
 #include <cerrno>
 #include <filesystem>
@@ -17,7 +17,12 @@ namespace
 
 std::filesystem::path toPath(const QString &fileName)
 {
-    return std::filesystem::path(fileName.toStdU16String());
+    // A name may hold what is no text, for instance half of a surrogate pair; converting that would throw.
+#ifdef Q_OS_WIN
+    return std::filesystem::path(fileName.toStdWString());
+#else
+    return std::filesystem::path(QFile::encodeName(fileName).toStdString());
+#endif
 }
 
 } // namespace
@@ -32,9 +37,9 @@ QString archivefile::finalName(QString partName)
     return partName.remove(QLatin1String(".part"));
 }
 
-// The toolkit has no call that waits for the disk: QFile offers none, and its QSaveFile renames without. This
-// one call of the system is worth it, since a rename may otherwise outlive a power cut that its bytes do not.
-// It is also where a network drive tells that it is full.
+// QFile offers no call that waits for the disk, and QSaveFile, which does wait, writes under a name of its
+// own instead of the ".part" one. This one call of the system is worth it, since a rename may otherwise
+// outlive a power cut that its bytes do not. It is also where a network drive tells that it is full.
 bool archivefile::flushToDisk(QFileDevice &file)
 {
     if (!file.flush())
@@ -47,9 +52,15 @@ bool archivefile::flushToDisk(QFileDevice &file)
 #endif
 }
 
-void archivefile::replace(const QString &fileName, const QString &newName)
+void archivefile::takeFinalName(const QString &part, const QString &confirmed)
 {
-    // QFile::rename() would refuse where the new name is taken.
+    const QString name = finalName(part);
+    if (name != confirmed) {
+        // Refuses where the name is taken: about that file nobody was asked.
+        QFile::rename(part, name);
+        return;
+    }
+    // QFile::rename() would refuse here too, although the user has agreed to lose the older file.
     std::error_code ignored;
-    std::filesystem::rename(toPath(fileName), toPath(newName), ignored);
+    std::filesystem::rename(toPath(part), toPath(name), ignored);
 }

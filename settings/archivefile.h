@@ -19,7 +19,8 @@ QString finalName(QString partName);
 /// it.
 bool flushToDisk(QFileDevice &file);
 
-/// Renames a file, in one step and over an older file of the new name. A refused rename is not reported.
-void replace(const QString &fileName, const QString &newName);
+/// Gives a part file its final name, in one step. An older file of that name is replaced only where it is the
+/// one that the user confirmed. A refused rename is not reported.
+void takeFinalName(const QString &part, const QString &confirmed);
 
 } // namespace archivefile

@@ -69,7 +69,7 @@ ServerWidget::ServerWidget(QWidget *parent, udpHBClient *sharedClient)
 
     pollTimer.setSingleShot(true);
     pollTimer.setInterval(pollIntervalMs);
-    connect(&pollTimer, &QTimer::timeout, this, [this] { downloadFile(backupTarget); });
+    connect(&pollTimer, &QTimer::timeout, this, &ServerWidget::tryDownload);
     stallTimer.setSingleShot(true);
     stallTimer.setInterval(stallTimeoutMs);
     connect(&stallTimer, &QTimer::timeout, this, [this] {
@@ -111,6 +111,9 @@ void ServerWidget::startBackup()
     setButtonsEnabled(false);
     disconnect(client, &udpHBClient::listUpdated, this, &ServerWidget::updateGUI);
     backupTarget = chosen;
+    // The N6 that got the command is polled, also when another one has become the server meanwhile: that one
+    // may hold an old archive.
+    transferUrl = archiveUrl;
     attemptsLeft = downloadAttempts;
     pollTimer.start();
 }
@@ -160,6 +163,7 @@ void ServerWidget::uploadFile(const QString &fileName)
 {
     dropTransfer();
     lastError = QNetworkReply::NoError;
+    transferUrl = archiveUrl;
     currentFile = new QFile(fileName);
     // From a file that cannot be read the manager would upload zero bytes and report success.
     if (!currentFile->open(QIODevice::ReadOnly) ||
@@ -183,8 +187,12 @@ void ServerWidget::uploadError(QNetworkReply::NetworkError error)
 
 void ServerWidget::uploadFinished()
 {
-    // A local file that failed under the upload has arrived cut off.
-    if (lastError == QNetworkReply::NoError && currentFile && currentFile->error() != QFileDevice::NoError)
+    // Some servers confirm an archive that has arrived cut off, and a local file may fail under the upload.
+    // When another N6 has become the server, or none is left, the restore command would miss the one that got
+    // the archive. A server that was away only meanwhile does no harm.
+    const bool whole =
+        currentFile.isNull() || (currentFile->atEnd() && currentFile->error() == QFileDevice::NoError);
+    if (lastError == QNetworkReply::NoError && !(whole && transferUrl == archiveUrl))
         uploadError(QNetworkReply::UnknownContentError);
     closeTransfer();
     if (lastError == QNetworkReply::NoError)
@@ -200,16 +208,22 @@ void ServerWidget::reportUpload(int error)
                             : showBox(QMessageBox::Critical, tr("Settings upload failed!"),
                                       tr("Can not upload to system.\nTry again when server is available."));
     // The buttons come back with the next heartbeat.
-    if (closed)
+    if (closed && !isUnderWay())
         busy = false;
 }
 
 void ServerWidget::downloadFile(const QString &fileName)
 {
+    backupTarget = fileName;
+    transferUrl = archiveUrl;
+    tryDownload();
+}
+
+void ServerWidget::tryDownload()
+{
     dropTransfer();
     lastError = QNetworkReply::NoError;
-    backupTarget = fileName;
-    currentFile = new QFile(archivefile::partName(fileName));
+    currentFile = new QFile(archivefile::partName(backupTarget));
     if (!currentFile->open(QIODevice::WriteOnly | QIODevice::Truncate)) {
         const QString text = currentFile->fileName() + QLatin1Char('\n') + currentFile->errorString();
         closeTransfer();
@@ -250,7 +264,7 @@ void ServerWidget::downloadFinished()
         downloadError(QNetworkReply::UnknownContentError);
     closeTransfer();
     if (lastError == QNetworkReply::NoError)
-        archivefile::replace(part, archivefile::finalName(part));
+        archivefile::takeFinalName(part, backupTarget);
     else
         QFile::remove(part);
     if (lastError == QNetworkReply::ContentNotFoundError && attemptsLeft >= 1) {
@@ -273,7 +287,7 @@ void ServerWidget::reportDownload(int error)
     else
         closed = showBox(QMessageBox::Critical, tr("Backup download failed!"),
                          tr("Can not access backup on server.\nTry again when a server is available."));
-    if (!closed)
+    if (!closed || isUnderWay())
         return;
     busy = false;
     connect(client, &udpHBClient::listUpdated, this, &ServerWidget::updateGUI, Qt::UniqueConnection);
@@ -294,7 +308,7 @@ bool ServerWidget::sealPartFile()
 QNetworkRequest ServerWidget::freshRequest()
 {
     network->clearConnectionCache();
-    return QNetworkRequest(archiveUrl);
+    return QNetworkRequest(transferUrl);
 }
 
 void ServerWidget::watch(QNetworkReply *reply)
@@ -311,6 +325,12 @@ void ServerWidget::watch(QNetworkReply *reply)
 void ServerWidget::reportLater(void (ServerWidget::*report)(int))
 {
     QTimer::singleShot(0, this, [this, report, error = lastError] { (this->*report)(error); });
+}
+
+// A transfer may have been started between the end of an older one and the closing of its box.
+bool ServerWidget::isUnderWay() const
+{
+    return !currentReply.isNull() || pollTimer.isActive();
 }
 
 void ServerWidget::closeTransfer()
@@ -350,7 +370,11 @@ void ServerWidget::setButtonsEnabled(bool enabled)
 void ServerWidget::sendTwice(void (ServerWidget::*send)())
 {
     (this->*send)();
-    QTimer::singleShot(protocol::commandRepeatMs, this, send);
+    // What was meant for one N6 must not be repeated to another.
+    QTimer::singleShot(protocol::commandRepeatMs, this, [this, send, receiver = serverAddress] {
+        if (serverAddress == receiver)
+            (this->*send)();
+    });
 }
 
 void ServerWidget::sendCommand(const QByteArray &datagram)

@@ -62,10 +62,12 @@ private:
     void sendTwice(void (ServerWidget::*send)());
     QNetworkRequest freshRequest();
     void watch(QNetworkReply *reply);
+    void tryDownload();
     bool sealPartFile();
     void reportLater(void (ServerWidget::*report)(int error));
     void reportUpload(int error);
     void reportDownload(int error);
+    bool isUnderWay() const;
     void closeTransfer();
     void dropTransfer();
     bool showBox(QMessageBox::Icon icon, const QString &title, const QString &text,
@@ -79,6 +81,7 @@ private:
     QUdpSocket *udpSocket;
     QNetworkAccessManager *network;
     QUrl archiveUrl;
+    QUrl transferUrl; // as archiveUrl was when the transfer under way was begun
     QPointer<QFile> currentFile;
     QPointer<QNetworkReply> currentReply;
     int lastError = 0;

@@ -131,7 +131,7 @@ APP %5  FW %6  OS %7</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>TextLabel</source>
+        <source>no device found</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

@@ -20,6 +20,15 @@ namespace
 constexpr QRect headingPlace(20, 18, 400, 30);
 constexpr QRect buttonPlace(720, 26, 150, 40);
 
+// The keyboard's focus goes along, so that the next key press does not meet something else.
+void swapButtons(QPushButton *from, QPushButton *to)
+{
+    to->show();
+    if (from->window()->focusWidget() == from)
+        to->setFocus();
+    from->hide();
+}
+
 } // namespace
 
 MonitorUpdate::MonitorUpdate(udpHBClient *sharedClient, QString type, QWidget *parent)
@@ -106,8 +115,7 @@ void MonitorUpdate::fileSelected()
     }
     // The list must not be rebuilt under running uploads.
     disconnect(client, &udpHBClient::listUpdated, this, &MonitorUpdate::newMonitors);
-    startButton->hide();
-    abortButton->show();
+    swapButtons(startButton, abortButton);
     // What an aborted update counted below zero would otherwise end this one before its last rows.
     runningUpdates = 0;
     emit updateMon(path);
@@ -127,7 +135,8 @@ void MonitorUpdate::updateComplete()
         return;
     // A finished row that is aborted counts down again, so this may be reached several times.
     connect(client, &udpHBClient::listUpdated, this, &MonitorUpdate::newMonitors, Qt::UniqueConnection);
-    abortButton->hide();
     if (rows->count() > 0)
-        startButton->show();
+        swapButtons(abortButton, startButton);
+    else
+        abortButton->hide();
 }

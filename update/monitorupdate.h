@@ -10,7 +10,6 @@ class MonitorUpdateWidget;
 class QFileDialog;
 class QLabel;
 class QPushButton;
-class QScrollArea;
 class QVBoxLayout;
 class udpHBClient;
 

@@ -41,15 +41,12 @@ private:
             return;
         else if (box)
             box->close();
-        else
-            choose(qobject_cast<QFileDialog *>(dialog));
+        else if (auto *chooser = qobject_cast<QFileDialog *>(dialog)) {
+            chooser->setDirectory(QFileInfo(file).path());
+            chooser->findChild<QLineEdit *>()->setText(QFileInfo(file).fileName());
+            QMetaObject::invokeMethod(chooser, "accept");
+        }
         answered = nullptr;
-    }
-    void choose(QFileDialog *dialog) const
-    {
-        dialog->setDirectory(QFileInfo(file).path());
-        dialog->findChild<QLineEdit *>()->setText(QFileInfo(file).fileName());
-        QMetaObject::invokeMethod(dialog, "accept");
     }
 
     QString file;

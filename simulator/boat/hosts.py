@@ -1,4 +1,4 @@
-"""A boat network of several hosts, made inside the namespace of the running test, and what can go wrong with it."""
+"""A boat network of several hosts, made inside a namespace that has none of the outside, and what can go wrong with it."""
 
 import collections
 import fcntl
@@ -11,11 +11,14 @@ import struct
 import subprocess
 import threading
 import time
-import unittest
 
 PREFIX = os.environ.get("KELVORA_BOAT_PREFIX", "127.0.0.")
-SIMULATOR = pathlib.Path(__file__).parents[2] / "simulator"
+BOATSIM = pathlib.Path(__file__).parents[1] / "boatsim"
 IS_ROOT = os.geteuid() == 0
+
+
+class Impossible(Exception):
+    """This machine cannot make what was asked for; says why."""
 
 
 def until(condition, seconds, what):
@@ -29,7 +32,7 @@ def until(condition, seconds, what):
 
 
 def start(*command, **options):
-    """A process that cannot outlive the test, however that ends."""
+    """A process that cannot outlive this one, however that ends."""
     return subprocess.Popen(["setpriv", "--pdeathsig=TERM", "--", *map(str, command)], **options)
 
 
@@ -43,7 +46,7 @@ def succeeds(*command):
 
 
 class Host:
-    """A network namespace beside that of the test."""
+    """A network namespace beside that of the caller."""
 
     def __init__(self):
         own = [] if IS_ROOT else ["--user", "--map-current-user", "--keep-caps"]
@@ -98,9 +101,9 @@ class Cable(threading.Thread):
 
 
 class Network:
-    """The tool's host is the test's own namespace; add() makes one for each simulator, all of them on one bridge.
+    """The tool's host is the caller's own namespace; add() makes one for each simulator, all of them on one bridge.
 
-    Where there is no bridge or no namespace, the simulators share the test's own addresses. A loss (0 to 1) or delay
+    Where there is no bridge or no namespace, the simulators share the caller's own addresses. A loss (0 to 1) or delay
     (seconds) meets what is sent "from" the tool or from the boat.
     """
 
@@ -111,7 +114,7 @@ class Network:
         if self.is_switched:
             self._connect_tool(loss, delay, impaired)
         elif loss or delay:
-            raise unittest.SkipTest("no bridge here, so nothing between the hosts can be impaired")
+            raise Impossible("no bridge here, so nothing between the hosts can be impaired")
 
     def _make_bridge(self):
         self._sea = Host()
@@ -133,7 +136,7 @@ class Network:
             Cable(near, far, impaired=near if impaired == "tool" else far, loss=loss, delay=delay)
             subprocess.run(["ip", "link", "set", "tool", "netns", str(self._sea.pid)], check=True)
         else:
-            raise unittest.SkipTest("neither netem nor taps here")
+            raise Impossible("neither netem nor taps here")
         self._sea.ip("link set tool master sea up")
         for line in (f"addr add {PREFIX}1/24 dev boat0", "link set boat0 up"):
             subprocess.run(["ip", *line.split()], check=True)
@@ -159,9 +162,7 @@ class Network:
             end(host.process)
 
     def plug(self, state):
-        """Pulls the tool's plug ("down") or puts it back ("up")."""
-        if not self.is_switched:
-            raise unittest.SkipTest("no plug to pull without a bridge")
+        """Pulls the tool's plug ("down") or puts it back ("up"). Only where the network is switched."""
         self._sea.ip(f"link set tool {state}")
 
 
@@ -169,7 +170,7 @@ class Simulator:
     def __init__(self, enter, log, arguments):
         self._log = log
         with open(log, "w", encoding="utf-8") as output:
-            self.process = start(*enter, SIMULATOR / "boatsim", *arguments, stdout=output, stderr=output)
+            self.process = start(*enter, BOATSIM, *arguments, stdout=output, stderr=output)
         until(lambda: self.process.poll() is not None or self.count("boat ready"), 60, "the simulator")
         self.saw("boat ready", 0)
 
