@@ -140,4 +140,4 @@ void tst_Soak::nothingGathers()
 }
 
 QTEST_MAIN(tst_Soak)
-#include "tst_soak.moc"
+#include "soak.moc"
