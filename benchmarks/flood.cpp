@@ -59,7 +59,7 @@ protected:
         QElapsedTimer elapsed;
         elapsed.start();
         while (!stop) {
-            for (; sent < elapsed.elapsed() * 10; ++sent) {
+            for (; !stop && sent < elapsed.elapsed() * 10; ++sent) {
                 const int number = sent % 200;
                 junk[sent % 3] = static_cast<char>(sent % 251);
                 junk[38] = static_cast<char>(sent % 256);
@@ -127,10 +127,10 @@ void Flooded::staysResponsive()
 
     QVERIFY2(worstWait <= longestWaitMs, qPrintable(QString::number(worstWait)));
     const qint64 grown = residentKilobytes() - settled;
-#ifndef __SANITIZE_ADDRESS__ // which keeps what was freed
+#ifndef __SANITIZE_ADDRESS__ // which keeps what was freed, and slows the senders down
     QVERIFY2(grown < 2048, qPrintable(QString::number(grown)));
-#endif
     QVERIFY2(flood.sent > seconds * 8000, qPrintable(QString::number(flood.sent)));
+#endif
     QCOMPARE(client->screens().size(), valid ? 200 : 0);
     qInfo("%d sent, %d accepted, longest wait %lld ms, %lld KiB more", flood.sent.load(), accepted, worstWait,
           grown);
