@@ -19,7 +19,6 @@ public:
         connect(&dataServer, &QTcpServer::newConnection, this,
                 [this] { useData(dataServer.nextPendingConnection()); });
         listen(address);
-        dataServer.listen(address);
     }
 
     ~ScriptedFtpServer() override
@@ -42,16 +41,18 @@ public:
     /// Closes the data connection; with reset, the client is cut off.
     void endData(bool reset = false)
     {
-        if (!data)
-            return;
-        reset ? data->abort() : data->disconnectFromHost();
+        if (data)
+            reset ? data->abort() : data->disconnectFromHost();
     }
 
-    QByteArray passiveReply() const
+    /// Connects to the client, at the address that PORT names.
+    void openActive(const QByteArray &address)
     {
-        const quint16 port = dataServer.serverPort();
-        return "227 Entering Passive Mode (127,0,0,1," + QByteArray::number(port >> 8) + ',' +
-               QByteArray::number(port & 255) + ").\r\n";
+        const QByteArrayList fields = address.split(',');
+        auto *socket = new QTcpSocket(this);
+        useData(socket);
+        socket->connectToHost(QHostAddress::LocalHost,
+                              static_cast<quint16>(fields.value(4).toInt() * 256 + fields.value(5).toInt()));
     }
 
     /// By verb ("" is the greeting): sent instead of what would be done.
@@ -59,13 +60,10 @@ public:
     /// Asked first; true: it has dealt with the line.
     std::function<bool(const QByteArray &verb)> takeOver;
     bool bytewise = false;
-    QByteArray file;
-    QByteArray listing;
+    QByteArray file = "12345";
 
     QByteArrayList lines;
-    QByteArray uploaded;
     qint64 uploadedBytes = 0;
-    bool keepsUploads = true;
     QTcpSocket *control = nullptr;
     QTcpSocket *data = nullptr;
 
@@ -100,12 +98,10 @@ private:
                                                          {"USER", "331 Password?\r\n"},
                                                          {"PASS", "230 Welcome\r\n"},
                                                          {"RNFR", "350 To?\r\n"}};
-        if (verb == "PASV") {
-            reply(passiveReply());
-        } else if (verb == "EPSV") {
-            reply("229 Extended (|||" + QByteArray::number(dataServer.serverPort()) + "|)\r\n");
-        } else if (verb == "PORT" || verb == "EPRT") {
-            openActive(verb == "PORT", argument);
+        if (verb == "PASV" || verb == "EPSV") {
+            openPassive(verb == "PASV");
+        } else if (verb == "PORT") {
+            openActive(argument);
             reply("200 Fine\r\n");
         } else if (verb == "SIZE") {
             reply("213 " + QByteArray::number(file.size()) + "\r\n");
@@ -126,28 +122,22 @@ private:
         }
     }
 
-    void openActive(bool isPort, const QByteArray &argument)
+    void openPassive(bool isPlain)
     {
-        const QByteArrayList fields = argument.split(isPort ? ',' : '|');
-        const int port =
-            isPort ? fields.value(4).toInt() * 256 + fields.value(5).toInt() : fields.value(3).toInt();
-        auto *socket = new QTcpSocket(this);
-        socket->connectToHost(isPort ? QHostAddress(QHostAddress::LocalHost)
-                                     : QHostAddress(QString::fromLatin1(fields.value(2))),
-                              static_cast<quint16>(port));
-        useData(socket);
+        dataServer.close();
+        dataServer.listen(isPlain ? QHostAddress::LocalHost : QHostAddress::LocalHostIPv6);
+        const quint16 port = dataServer.serverPort();
+        reply(isPlain ? "227 Entering Passive Mode (127,0,0,1," + QByteArray::number(port >> 8) + ',' +
+                            QByteArray::number(port & 255) + ").\r\n"
+                      : "229 Extended (|||" + QByteArray::number(port) + "|)\r\n");
     }
 
     void useData(QTcpSocket *socket)
     {
         data = socket;
-        uploaded.clear();
-        connect(socket, &QTcpSocket::readyRead, this, [this, socket] {
-            const QByteArray bytes = socket->readAll();
-            uploadedBytes += bytes.size();
-            if (keepsUploads)
-                uploaded += bytes;
-        });
+        uploadedBytes = 0;
+        connect(socket, &QTcpSocket::readyRead, this,
+                [this, socket] { uploadedBytes += socket->readAll().size(); });
         connect(socket, &QTcpSocket::connected, this, &ScriptedFtpServer::transferIfReady);
         connect(socket, &QTcpSocket::disconnected, this, [this, socket] {
             if (socket == data)
@@ -167,7 +157,7 @@ private:
         reply("150 Go\r\n");
         if (transfer == "STOR")
             return;
-        data->write(transfer == "RETR" ? file : listing);
+        data->write(transfer == "RETR" ? file : "-rw------- 1 a b 1 Apr 14 2000 x\r\n");
         data->disconnectFromHost();
     }
 
