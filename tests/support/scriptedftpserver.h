@@ -30,9 +30,7 @@ public:
     void reply(const QByteArray &bytes)
     {
         const int pieceLength = bytewise ? 1 : bytes.size();
-        for (int at = 0; at < bytes.size(); at += pieceLength) {
-            if (!control || control->state() != QAbstractSocket::ConnectedState)
-                return;
+        for (int at = 0; at < bytes.size() && control->isOpen(); at += pieceLength) {
             control->write(bytes.mid(at, pieceLength));
             control->flush();
         }
@@ -94,42 +92,39 @@ private:
 
     void serve(const QByteArray &verb, const QByteArray &argument)
     {
-        static const QHash<QByteArray, QByteArray> usual{{"", "220 Ready\r\n"},
-                                                         {"USER", "331 Password?\r\n"},
-                                                         {"PASS", "230 Welcome\r\n"},
-                                                         {"RNFR", "350 To?\r\n"}};
-        if (verb == "PASV" || verb == "EPSV") {
-            openPassive(verb == "PASV");
-        } else if (verb == "PORT") {
-            openActive(argument);
-            reply("200 Fine\r\n");
-        } else if (verb == "SIZE") {
-            reply("213 " + QByteArray::number(file.size()) + "\r\n");
-        } else if (verb == "STOR" || verb == "RETR" || verb == "LIST") {
+        const QHash<QByteArray, QByteArray> usual{
+            {"", "220 Ready\r\n"},
+            {"USER", "331 Password?\r\n"},
+            {"PASS", "230 Welcome\r\n"},
+            {"RNFR", "350 To?\r\n"},
+            {"SIZE", "213 " + QByteArray::number(file.size()) + "\r\n"},
+            {"ABOR", transfer.isEmpty() ? "226 Aborted\r\n" : "426 Cut off\r\n226 Aborted\r\n"},
+            {"QUIT", "221 Bye\r\n"}};
+        if (verb == "STOR" || verb == "RETR" || verb == "LIST") {
             transfer = verb;
             transferIfReady();
-        } else if (verb == "ABOR") {
-            if (!transfer.isEmpty())
-                reply("426 Cut off\r\n");
+            return;
+        }
+        if (verb == "PORT")
+            openActive(argument);
+        reply(verb == "PASV" || verb == "EPSV" ? passiveReply(verb == "PASV")
+                                               : usual.value(verb, "200 Fine\r\n"));
+        if (verb == "ABOR") {
             transfer.clear();
             endData();
-            reply("226 Aborted\r\n");
         } else if (verb == "QUIT") {
-            reply("221 Bye\r\n");
             control->disconnectFromHost();
-        } else {
-            reply(usual.value(verb, "200 Fine\r\n"));
         }
     }
 
-    void openPassive(bool isPlain)
+    QByteArray passiveReply(bool isPlain)
     {
         dataServer.close();
         dataServer.listen(isPlain ? QHostAddress::LocalHost : QHostAddress::LocalHostIPv6);
         const quint16 port = dataServer.serverPort();
-        reply(isPlain ? "227 Entering Passive Mode (127,0,0,1," + QByteArray::number(port >> 8) + ',' +
-                            QByteArray::number(port & 255) + ").\r\n"
-                      : "229 Extended (|||" + QByteArray::number(port) + "|)\r\n");
+        return isPlain ? "227 Entering Passive Mode (127,0,0,1," + QByteArray::number(port >> 8) + ',' +
+                             QByteArray::number(port & 255) + ").\r\n"
+                       : "229 Extended (|||" + QByteArray::number(port) + "|)\r\n";
     }
 
     void useData(QTcpSocket *socket)
