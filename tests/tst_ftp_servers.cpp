@@ -5,7 +5,6 @@
 #include <QProcess>
 #include <QRandomGenerator>
 #include <QSignalSpy>
-#include <QStandardPaths>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QTemporaryDir>
@@ -42,33 +41,22 @@ private slots:
     void cleanup();
 
 private:
-    bool startPyftpdlib(const QString &host, const QString &folder);
-    bool startVsftpd(const QString &folder);
+    void start(const QString &program, const QString &host, const QString &folder);
 
     QProcess server;
     quint16 port = 0;
 };
 
-bool TestFtpServers::startPyftpdlib(const QString &host, const QString &folder)
+void TestFtpServers::start(const QString &program, const QString &host, const QString &folder)
 {
-    const QString python = QStringLiteral("/usr/bin/python3");
-    if (QProcess::execute(python, {QStringLiteral("-c"), QStringLiteral("import pyftpdlib")}) != 0)
-        return false;
-    const QString arguments =
-        QStringLiteral("-m pyftpdlib -w -i %1 -p %2 -d %3").arg(host).arg(port).arg(folder);
-    server.start(python, arguments.split(QLatin1Char(' ')));
-    return true;
-}
-
-bool TestFtpServers::startVsftpd(const QString &folder)
-{
-    const QString vsftpd = QStandardPaths::findExecutable(
-        QStringLiteral("vsftpd"), {QStringLiteral("/usr/sbin"), QStringLiteral("/usr/bin")});
-    if (vsftpd.isEmpty())
-        return false;
+    if (program == QLatin1String("pyftpdlib")) {
+        const QString arguments = QStringLiteral("-m pyftpdlib -w -i %1 -p %2 -d %3");
+        server.start(QStringLiteral("/usr/bin/python3"),
+                     arguments.arg(host).arg(port).arg(folder).split(QLatin1Char(' ')));
+        return;
+    }
     QFile options(folder + QLatin1String("/vsftpd.conf"));
-    if (!options.open(QIODevice::WriteOnly))
-        return false;
+    QVERIFY(options.open(QIODevice::WriteOnly));
     options.write("listen=YES\nlisten_ipv6=NO\nbackground=NO\nlisten_address=127.0.0.1\n"
                   "run_as_launching_user=YES\nanonymous_enable=YES\nwrite_enable=YES\n"
                   "anon_upload_enable=YES\nanon_other_write_enable=YES\nanon_mkdir_write_enable=YES\n"
@@ -78,36 +66,36 @@ bool TestFtpServers::startVsftpd(const QString &folder)
         options.write(option + folder.toLocal8Bit() + '\n');
     options.write("listen_port=" + QByteArray::number(port) + '\n');
     options.close();
-    server.start(vsftpd, {options.fileName()});
-    return true;
+    server.start(QStringLiteral("/usr/sbin/vsftpd"), {options.fileName()});
 }
 
 void TestFtpServers::transfersWhole_data()
 {
-    QTest::addColumn<QString>("program");
     QTest::addColumn<QString>("host");
     QTest::addColumn<QFtp::TransferMode>("mode");
-    for (const QFtp::TransferMode mode : {QFtp::Passive, QFtp::Active}) {
-        for (const char *where : {"pyftpdlib 127.0.0.1", "pyftpdlib ::1", "vsftpd 127.0.0.1"}) {
-            const QStringList words = QString::fromLatin1(where).split(QLatin1Char(' '));
-            QTest::addRow("%s %d", where, mode) << words.first() << words.last() << mode;
-        }
-    }
+    const auto ipv4 = QStringLiteral("127.0.0.1");
+    const auto ipv6 = QStringLiteral("::1");
+    QTest::newRow("pyftpdlib, passive") << ipv4 << QFtp::Passive;
+    QTest::newRow("pyftpdlib, passive, IPv6") << ipv6 << QFtp::Passive;
+    QTest::newRow("pyftpdlib, active, IPv6") << ipv6 << QFtp::Active;
+    QTest::newRow("vsftpd, passive") << ipv4 << QFtp::Passive;
+    QTest::newRow("vsftpd, active") << ipv4 << QFtp::Active;
 }
 
 void TestFtpServers::transfersWhole()
 {
-    QFETCH(QString, program);
     QFETCH(QString, host);
     QFETCH(QFtp::TransferMode, mode);
     if (host == QLatin1String("::1") && !QTcpServer().listen(QHostAddress::LocalHostIPv6))
         QSKIP("this machine has no IPv6");
     const QTemporaryDir folder;
     port = freePort();
-    if (program == QLatin1String("vsftpd") ? !startVsftpd(folder.path())
-                                           : !startPyftpdlib(host, folder.path()))
+    start(QString::fromLatin1(QTest::currentDataTag()).section(QLatin1Char(','), 0, 0), host, folder.path());
+    // A Python without the library ends at once.
+    const auto isMissing = [&] { return server.state() == QProcess::NotRunning; };
+    QTRY_VERIFY_WITH_TIMEOUT(isMissing() || answers(host, port), bound);
+    if (isMissing())
         QSKIP("the server is not installed");
-    QTRY_VERIFY2_WITH_TIMEOUT(answers(host, port), server.readAll().constData(), bound);
 
     QByteArray bytes(5000001, Qt::Uninitialized);
     QRandomGenerator(1).generate(bytes.begin(), bytes.end());
@@ -120,46 +108,23 @@ void TestFtpServers::transfersWhole()
     connect(&ftp, &QFtp::listInfo, this, [&](const QUrlInfo &info) {
         listed += info.name() + QLatin1Char(' ') + QString::number(info.size());
     });
-    const auto logIn = [&] {
-        ftp.setTransferMode(mode);
-        ftp.connectToHost(host, port);
-        ftp.login();
-    };
-    logIn();
+    ftp.setTransferMode(mode);
+    ftp.connectToHost(host, port);
+    ftp.login();
     ftp.mkdir(QStringLiteral("update"));
     ftp.cd(QStringLiteral("update"));
     ftp.put(&source, QStringLiteral("image"));
     ftp.put(QByteArray(), QStringLiteral("empty"));
-    ftp.rename(QStringLiteral("image"), QStringLiteral("image.bin"));
     ftp.list();
-    ftp.get(QStringLiteral("image.bin"), &sink);
-    ftp.remove(QStringLiteral("empty"));
+    ftp.get(QStringLiteral("image"), &sink);
     ftp.close();
     QVERIFY(done.wait(bound));
     QVERIFY2(!done.takeFirst().first().toBool(), qPrintable(ftp.errorString()));
     listed.sort();
-    QCOMPARE(listed, (QStringList{QStringLiteral("empty 0"), QStringLiteral("image.bin 5000001")}));
-    QFile stored(folder.filePath(QStringLiteral("update/image.bin")));
+    QCOMPARE(listed, (QStringList{QStringLiteral("empty 0"), QStringLiteral("image 5000001")}));
+    QFile stored(folder.filePath(QStringLiteral("update/image")));
     QVERIFY(stored.open(QIODevice::ReadOnly));
     QVERIFY(stored.readAll() == bytes);
-    QVERIFY(sink.data() == bytes);
-
-    // An aborted transfer, and then the same connection again.
-    logIn();
-    QFile endless(QStringLiteral("/dev/zero"));
-    ftp.put(&endless, QStringLiteral("endless"));
-    const auto abortOnce = connect(&ftp, &QFtp::dataTransferProgress, this, [&](qint64 sent) {
-        if (sent > 0)
-            ftp.abort();
-    });
-    QVERIFY(done.wait(bound));
-    disconnect(abortOnce);
-    done.clear();
-    sink.seek(0);
-    ftp.get(QStringLiteral("update/image.bin"), &sink);
-    ftp.close();
-    QVERIFY(done.wait(bound));
-    QVERIFY2(!done.takeFirst().first().toBool(), qPrintable(ftp.errorString()));
     QVERIFY(sink.data() == bytes);
 }
 

@@ -19,7 +19,6 @@ public:
         connect(&dataServer, &QTcpServer::newConnection, this,
                 [this] { useData(dataServer.nextPendingConnection()); });
         listen(address);
-        dataServer.listen(address);
     }
 
     ~ScriptedFtpServer() override
@@ -31,9 +30,7 @@ public:
     void reply(const QByteArray &bytes)
     {
         const int pieceLength = bytewise ? 1 : bytes.size();
-        for (int at = 0; at < bytes.size(); at += pieceLength) {
-            if (!control || control->state() != QAbstractSocket::ConnectedState)
-                return;
+        for (int at = 0; at < bytes.size() && control->isOpen(); at += pieceLength) {
             control->write(bytes.mid(at, pieceLength));
             control->flush();
         }
@@ -42,16 +39,18 @@ public:
     /// Closes the data connection; with reset, the client is cut off.
     void endData(bool reset = false)
     {
-        if (!data)
-            return;
-        reset ? data->abort() : data->disconnectFromHost();
+        if (data)
+            reset ? data->abort() : data->disconnectFromHost();
     }
 
-    QByteArray passiveReply() const
+    /// Connects to the client, at the address that PORT names.
+    void openActive(const QByteArray &address)
     {
-        const quint16 port = dataServer.serverPort();
-        return "227 Entering Passive Mode (127,0,0,1," + QByteArray::number(port >> 8) + ',' +
-               QByteArray::number(port & 255) + ").\r\n";
+        const QByteArrayList fields = address.split(',');
+        auto *socket = new QTcpSocket(this);
+        useData(socket);
+        socket->connectToHost(QHostAddress::LocalHost,
+                              static_cast<quint16>(fields.value(4).toInt() * 256 + fields.value(5).toInt()));
     }
 
     /// By verb ("" is the greeting): sent instead of what would be done.
@@ -59,13 +58,10 @@ public:
     /// Asked first; true: it has dealt with the line.
     std::function<bool(const QByteArray &verb)> takeOver;
     bool bytewise = false;
-    QByteArray file;
-    QByteArray listing;
+    QByteArray file = "12345";
 
     QByteArrayList lines;
-    QByteArray uploaded;
     qint64 uploadedBytes = 0;
-    bool keepsUploads = true;
     QTcpSocket *control = nullptr;
     QTcpSocket *data = nullptr;
 
@@ -96,58 +92,47 @@ private:
 
     void serve(const QByteArray &verb, const QByteArray &argument)
     {
-        static const QHash<QByteArray, QByteArray> usual{{"", "220 Ready\r\n"},
-                                                         {"USER", "331 Password?\r\n"},
-                                                         {"PASS", "230 Welcome\r\n"},
-                                                         {"RNFR", "350 To?\r\n"}};
-        if (verb == "PASV") {
-            reply(passiveReply());
-        } else if (verb == "EPSV") {
-            reply("229 Extended (|||" + QByteArray::number(dataServer.serverPort()) + "|)\r\n");
-        } else if (verb == "PORT" || verb == "EPRT") {
-            openActive(verb == "PORT", argument);
-            reply("200 Fine\r\n");
-        } else if (verb == "SIZE") {
-            reply("213 " + QByteArray::number(file.size()) + "\r\n");
-        } else if (verb == "STOR" || verb == "RETR" || verb == "LIST") {
+        const QHash<QByteArray, QByteArray> usual{
+            {"", "220 Ready\r\n"},
+            {"USER", "331 Password?\r\n"},
+            {"PASS", "230 Welcome\r\n"},
+            {"RNFR", "350 To?\r\n"},
+            {"SIZE", "213 " + QByteArray::number(file.size()) + "\r\n"},
+            {"ABOR", transfer.isEmpty() ? "226 Aborted\r\n" : "426 Cut off\r\n226 Aborted\r\n"},
+            {"QUIT", "221 Bye\r\n"}};
+        if (verb == "STOR" || verb == "RETR" || verb == "LIST") {
             transfer = verb;
             transferIfReady();
-        } else if (verb == "ABOR") {
-            if (!transfer.isEmpty())
-                reply("426 Cut off\r\n");
+            return;
+        }
+        if (verb == "PORT")
+            openActive(argument);
+        reply(verb == "PASV" || verb == "EPSV" ? passiveReply(verb == "PASV")
+                                               : usual.value(verb, "200 Fine\r\n"));
+        if (verb == "ABOR") {
             transfer.clear();
             endData();
-            reply("226 Aborted\r\n");
         } else if (verb == "QUIT") {
-            reply("221 Bye\r\n");
             control->disconnectFromHost();
-        } else {
-            reply(usual.value(verb, "200 Fine\r\n"));
         }
     }
 
-    void openActive(bool isPort, const QByteArray &argument)
+    QByteArray passiveReply(bool isPlain)
     {
-        const QByteArrayList fields = argument.split(isPort ? ',' : '|');
-        const int port =
-            isPort ? fields.value(4).toInt() * 256 + fields.value(5).toInt() : fields.value(3).toInt();
-        auto *socket = new QTcpSocket(this);
-        socket->connectToHost(isPort ? QHostAddress(QHostAddress::LocalHost)
-                                     : QHostAddress(QString::fromLatin1(fields.value(2))),
-                              static_cast<quint16>(port));
-        useData(socket);
+        dataServer.close();
+        dataServer.listen(isPlain ? QHostAddress::LocalHost : QHostAddress::LocalHostIPv6);
+        const quint16 port = dataServer.serverPort();
+        return isPlain ? "227 Entering Passive Mode (127,0,0,1," + QByteArray::number(port >> 8) + ',' +
+                             QByteArray::number(port & 255) + ").\r\n"
+                       : "229 Extended (|||" + QByteArray::number(port) + "|)\r\n";
     }
 
     void useData(QTcpSocket *socket)
     {
         data = socket;
-        uploaded.clear();
-        connect(socket, &QTcpSocket::readyRead, this, [this, socket] {
-            const QByteArray bytes = socket->readAll();
-            uploadedBytes += bytes.size();
-            if (keepsUploads)
-                uploaded += bytes;
-        });
+        uploadedBytes = 0;
+        connect(socket, &QTcpSocket::readyRead, this,
+                [this, socket] { uploadedBytes += socket->readAll().size(); });
         connect(socket, &QTcpSocket::connected, this, &ScriptedFtpServer::transferIfReady);
         connect(socket, &QTcpSocket::disconnected, this, [this, socket] {
             if (socket == data)
@@ -167,7 +152,7 @@ private:
         reply("150 Go\r\n");
         if (transfer == "STOR")
             return;
-        data->write(transfer == "RETR" ? file : listing);
+        data->write(transfer == "RETR" ? file : "-rw------- 1 a b 1 Apr 14 2000 x\r\n");
         data->disconnectFromHost();
     }
 
