@@ -5,6 +5,7 @@
 #include <QProcess>
 #include <QRandomGenerator>
 #include <QSignalSpy>
+#include <QStandardPaths>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QTemporaryDir>
@@ -66,7 +67,8 @@ void TestFtpServers::start(const QString &program, const QString &host, const QS
         options.write(option + folder.toLocal8Bit() + '\n');
     options.write("listen_port=" + QByteArray::number(port) + '\n');
     options.close();
-    server.start(QStringLiteral("/usr/sbin/vsftpd"), {options.fileName()});
+    const QString onPath = QStandardPaths::findExecutable(program);
+    server.start(onPath.isEmpty() ? QStringLiteral("/usr/sbin/vsftpd") : onPath, {options.fileName()});
 }
 
 void TestFtpServers::transfersWhole_data()
