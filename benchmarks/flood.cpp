@@ -99,7 +99,7 @@ void Flooded::staysResponsive()
 {
     QFETCH(bool, valid);
     constexpr int probeMs = 50;
-    constexpr int longestWaitMs = 250;
+    [[maybe_unused]] constexpr int longestWaitMs = 250;
     const int seconds = qEnvironmentVariableIsSet("KELVORA_FLOOD_SECONDS")
                             ? qEnvironmentVariableIntValue("KELVORA_FLOOD_SECONDS")
                             : 5;
@@ -125,9 +125,9 @@ void Flooded::staysResponsive()
     probe.start(probeMs);
     QTRY_VERIFY_WITH_TIMEOUT(flooded.elapsed() > seconds * 1000, seconds * 2000);
 
-    QVERIFY2(worstWait <= longestWaitMs, qPrintable(QString::number(worstWait)));
     const qint64 grown = residentKilobytes() - settled;
-#ifndef __SANITIZE_ADDRESS__ // which keeps what was freed, and slows the senders down
+#ifndef __SANITIZE_ADDRESS__ // which keeps what was freed, and slows everything down
+    QVERIFY2(worstWait <= longestWaitMs, qPrintable(QString::number(worstWait)));
     QVERIFY2(grown < 2048, qPrintable(QString::number(grown)));
     QVERIFY2(flood.sent > seconds * 8000, qPrintable(QString::number(flood.sent)));
 #endif
