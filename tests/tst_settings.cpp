@@ -160,7 +160,9 @@ private slots:
         QVERIFY(server.listen(QHostAddress::LocalHost, ftpPort));
         client->processHeartbeat(HeartbeatBytes::n6("N6-1"), QHostAddress::LocalHost);
         const Answers answers;
-        page->uploadFile(write(target, QByteArray(50000000, 'u')));
+        // Large enough to be still on its way when the first of it is noticed; on the disk it is a hole.
+        QVERIFY(QFile::resize(write(target, "u"), Q_INT64_C(8000000000)));
+        page->uploadFile(target);
         QTRY_VERIFY(server.uploadedBytes > sizeUnderWay);
         server.endData();
         QTRY_COMPARE(answers.boxes, QStringList(restoreFailed));
