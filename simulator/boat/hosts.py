@@ -49,7 +49,7 @@ class Host:
     """A network namespace beside that of the caller."""
 
     def __init__(self):
-        own = [] if IS_ROOT else ["--user", "--map-current-user", "--keep-caps"]
+        own = [] if IS_ROOT else ["--user", "--map-root-user"]
         self.process = start("unshare", *own, "--net", "--", "cat", stdin=subprocess.PIPE)
         self.pid = self.process.pid
         until(self._is_apart, 20, "a network namespace")
@@ -57,7 +57,9 @@ class Host:
         self.ip("link set lo up")
 
     def _is_apart(self):
-        return os.readlink(f"/proc/{self.pid}/ns/net") != os.readlink("/proc/self/ns/net")
+        apart = os.readlink(f"/proc/{self.pid}/ns/net") != os.readlink("/proc/self/ns/net")
+        # Without its users, which come a moment later, it would give no right to those who enter.
+        return apart and pathlib.Path(f"/proc/{self.pid}/uid_map").read_text()
 
     def ip(self, *lines):
         subprocess.run([*self.enter, "ip", "-batch", "-"], input="\n".join(lines), text=True, check=True)
@@ -151,7 +153,10 @@ class Network:
             host = Host()
             port = f"port{len(self._hosts)}"
             self._hosts.append(host)
-            self._sea.ip(f"link add {port} type veth peer name eth0 netns {host.pid}", f"link set {port} master sea up")
+            # By this namespace's rights: those of one host do not reach into the other.
+            veth = ["type", "veth", "peer", "name", "eth0", "netns", str(host.pid)]
+            subprocess.run(["ip", "link", "add", port, "netns", str(self._sea.pid), *veth], check=True)
+            self._sea.ip(f"link set {port} master sea up")
             host.ip(*(f"addr add {PREFIX}{number}/24 dev eth0" for number in hosts), "link set eth0 up")
             enter = host.enter
         log = self._folder / f"boat-{len(list(self._folder.glob('boat-*')))}.log"
