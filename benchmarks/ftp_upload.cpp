@@ -32,7 +32,7 @@ constexpr int pairs = 5;
 constexpr int parallelUploads = 100;
 constexpr double wantedThroughputRatio = 1.0;
 constexpr double wantedProcessorRatio = 1.5;
-constexpr qint64 wantedBytesPerUpload = 64 * 1024;
+constexpr qint64 wantedBytesPerUpload = qint64(64) * 1024;
 constexpr std::size_t sinkBytes = std::size_t(1) << 20;
 
 QTextStream &out()

@@ -47,7 +47,7 @@ QDateTime readUnixDate(QString text, const QDateTime &now)
                                                     {QLatin1String("MMM dd yyyy"), true}}};
     text.replace(0, 1, text.at(0).toUpper());
     for (const DateFormat &candidate : formats) {
-        const QDateTime date = candidate.hasYear ? readDate(text, candidate.format)
+        QDateTime date = candidate.hasYear ? readDate(text, candidate.format)
                                                  : readDateWithoutYear(text, candidate.format, now);
         if (date.isValid())
             return date;

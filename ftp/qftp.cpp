@@ -384,7 +384,7 @@ void QFtp::startUpload(const Request &request)
     dtp->setBytesTotal(device->isSequential() ? 0 : device->size());
 }
 
-void QFtp::_q_piFinished(const QString &)
+void QFtp::_q_piFinished(const QString & /*text*/)
 {
     if (d->pending.empty())
         return;
@@ -440,7 +440,7 @@ void QFtp::_q_piConnectState(int connectState)
     const QPointer<QFtp> self = this;
     d->state = static_cast<State>(connectState);
     emit stateChanged(connectState);
-    if (self && std::exchange(d->close_waitForStateChange, false))
+    if (!self.isNull() && std::exchange(d->close_waitForStateChange, false))
         _q_piFinished(tr("Connection closed"));
 }
 

@@ -48,7 +48,7 @@ signals:
     void connectState(int connectState);
     void finished(const QString &text);
     /// A QFtp::Error and what happened.
-    void error(int code, const QString &text);
+    void error(int code, const QString &text); // clazy:exclude=overloaded-signal
     void rawFtpReply(int code, const QString &text);
 
 private slots:
