@@ -111,7 +111,8 @@ void Flooded::staysResponsive()
     window.show();
     auto *client = window.findChild<udpHBClient *>();
     int accepted = 0;
-    connect(client, &udpHBClient::screenUpdated, this, [&] { ++accepted; });
+    connect(client, &udpHBClient::screenUpdated, this,
+            [&] { ++accepted; }); // clazy:exclude=lambda-in-connect
 
     QElapsedTimer sinceProbe;
     qint64 worstWait = 0;
@@ -127,7 +128,7 @@ void Flooded::staysResponsive()
     const qint64 settled = residentKilobytes();
     sinceProbe.start();
     probe.start(probeMs);
-    QTRY_VERIFY_WITH_TIMEOUT(flooded.elapsed() > seconds * 1000, seconds * 2000);
+    QTRY_VERIFY_WITH_TIMEOUT(flooded.elapsed() > qint64(seconds) * 1000, seconds * 2000);
 
     const qint64 grown = residentKilobytes() - settled;
 #ifndef __SANITIZE_ADDRESS__ // which keeps what was freed, and slows everything down

@@ -18,11 +18,15 @@ using heartbeat::decode;
 namespace
 {
 
-QStringList logged;
+QStringList &logged()
+{
+    static QStringList lines;
+    return lines;
+}
 
 void keepLog(QtMsgType /*type*/, const QMessageLogContext & /*context*/, const QString &line)
 {
-    logged += line;
+    logged() += line;
 }
 
 QHostAddress at(const char *address)
@@ -37,7 +41,7 @@ class TestDiscovery : public QObject
     Q_OBJECT
 
 private slots:
-    void init() { logged.clear(); }
+    void init() { logged().clear(); }
 
     void decodesDisplays();
     void decodesN6AndGyro();
@@ -203,8 +207,8 @@ void TestDiscovery::choosesInterfaces()
     using Net = QNetworkInterface;
     const auto use = [](int flags, const char *name) {
         const Net::InterfaceFlags set(flags);
-        return QString::number(interfaces::asksOn(set)) +
-               QString::number(interfaces::listensOn(set, QLatin1String(name)));
+        return QLatin1String(interfaces::asksOn(set) ? "1" : "0") +
+               QLatin1String(interfaces::listensOn(set, QLatin1String(name)) ? "1" : "0");
     };
     const int live = Net::IsUp | Net::IsRunning | Net::CanMulticast;
     QCOMPARE(use(live, "eth0"), QStringLiteral("11"));
@@ -237,13 +241,13 @@ void TestDiscovery::signalsEachChangeInOrder()
     client.processHeartbeat(HeartbeatBytes::screen(0x00, "VK38").left(38), at("10.0.0.4"));
     QCOMPARE(order.take(), QStringLiteral("gyro incompatible"));
     qInstallMessageHandler(nullptr);
-    QCOMPARE(logged.join(QLatin1Char('\n')), QStringLiteral("udpHB: Screen IP 10.0.0.1\n"
-                                                            "udpHB: Server changed: 10.0.0.1\n"
-                                                            "udpHB: E-Ink IP 10.0.0.2\n"
-                                                            "udpHB: Server removed: 10.0.0.1\n"
-                                                            "udpHB: N6 IP 10.0.0.9\n"
-                                                            "udpHB: Server changed: 10.0.0.9\n"
-                                                            "udpHB: Gyro IP 10.0.0.3"));
+    QCOMPARE(logged().join(QLatin1Char('\n')), QStringLiteral("udpHB: Screen IP 10.0.0.1\n"
+                                                              "udpHB: Server changed: 10.0.0.1\n"
+                                                              "udpHB: E-Ink IP 10.0.0.2\n"
+                                                              "udpHB: Server removed: 10.0.0.1\n"
+                                                              "udpHB: N6 IP 10.0.0.9\n"
+                                                              "udpHB: Server changed: 10.0.0.9\n"
+                                                              "udpHB: Gyro IP 10.0.0.3"));
 }
 
 void TestDiscovery::filtersCopiesOfTheN6()
@@ -258,7 +262,7 @@ void TestDiscovery::filtersCopiesOfTheN6()
     QCOMPARE(hear("10.0.0.5", "N6", "1"), QStringLiteral("10.0.0.5"));
     QCOMPARE(hear("169.254.3.4", "N6", "1"), QStringLiteral("10.0.0.5"));
     QCOMPARE(hear("169.254.3.4", "N6", "1"), QStringLiteral("10.0.0.5"));
-    QCOMPARE(logged.filter(QStringLiteral("Filtered")),
+    QCOMPARE(logged().filter(QStringLiteral("Filtered")),
              QStringList(QStringLiteral("udpHB: Filtered duplicate N6 heartbeat from: 169.254.3.4")));
     QCOMPARE(hear("10.0.0.6", "N6", "2"), QStringLiteral("10.0.0.6"));
     QCOMPARE(hear("10.0.0.7", "other", "2"), QStringLiteral("10.0.0.7"));
@@ -274,7 +278,7 @@ void TestDiscovery::survivesEmptyDatagramsAndFailedBind()
     qInstallMessageHandler(keepLog);
     udpHBClient client(0);
     qInstallMessageHandler(nullptr);
-    QCOMPARE(logged, QStringList(QStringLiteral("Problem binding udpSocket on port 4020")));
+    QCOMPARE(logged(), QStringList(QStringLiteral("Problem binding udpSocket on port 4020")));
 
     greedy.close();
     client.createSockets();

@@ -121,7 +121,7 @@ void TestFtpServers::transfersWhole()
     ftp.get(QStringLiteral("image"), &sink);
     ftp.close();
     QVERIFY(done.wait(bound));
-    QVERIFY2(!done.takeFirst().first().toBool(), qPrintable(ftp.errorString()));
+    QVERIFY2(!done.takeFirst().at(0).toBool(), qPrintable(ftp.errorString()));
     listed.sort();
     QCOMPARE(listed, (QStringList{QStringLiteral("empty 0"), QStringLiteral("image 5000001")}));
     QFile stored(folder.filePath(QStringLiteral("update/image")));

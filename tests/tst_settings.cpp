@@ -23,7 +23,11 @@ const QString n6 = "--screens 0 --screen2s 0 --einks 0 --no-gyro --heartbeat-int
               slow = "--archive-delay 0 --archive-padding 2000000 --ftp-fault n6=slow:400000"_s,
               verySlow = "--archive-padding 10000000 --ftp-fault n6=slow:250000"_s;
 constexpr int passiveMode = 2, n6Host = 10, otherN6Host = 11, ftpPort = 21, sizeUnderWay = 100000;
-const QByteArray olderFile(9000000, 'x');
+
+QByteArray olderFile()
+{
+    return QByteArray(9000000, 'x');
+}
 
 enum Trouble { None, FullDisk, CutOff, Stall, Vanish, OtherN6, BadFile, Close, CloseInBox };
 
@@ -104,7 +108,7 @@ private slots:
         QFETCH(int, size);
         QFETCH(QString, box);
         const bool isBackup = size < 0;
-        const QByteArray local = isBackup ? olderFile : QByteArray(size, 'n');
+        const QByteArray local = isBackup ? olderFile() : QByteArray(size, 'n');
         write(target, local);
         QVERIFY(trouble != FullDisk || QFile::link("/dev/full"_s, part));
         Boat boat(n6 + options);
@@ -176,7 +180,8 @@ private slots:
         const QDir dir(folder->path());
         QVERIFY(dir.mkpath("a.part"_s) && dir.mkpath("a"_s));
         const QStringList older{write(dir.filePath("a/x.tar.gz"_s), "1"), write(dir.filePath("a/x"_s), "2")};
-        for (const QString &chosen : QStringList{"a.part/x.tar.gz"_s, "a/x.part"_s, "a/"_s + QChar(0xD800)}) {
+        const QStringList targets{"a.part/x.tar.gz"_s, "a/x.part"_s, "a/"_s + QChar(0xD800)};
+        for (const QString &chosen : targets) {
             const Answers answers;
             page->downloadFile(dir.filePath(chosen));
             QTRY_COMPARE(answers.boxes.size(), 1);

@@ -36,7 +36,8 @@ QList<MonitorUpdateWidget *> rowsOf(const QWidget &page)
 
 QPushButton *button(const QWidget &page, const QString &text)
 {
-    for (auto *each : page.findChildren<QPushButton *>()) {
+    const auto buttons = page.findChildren<QPushButton *>();
+    for (auto *each : buttons) {
         if (each->text() == text)
             return each;
     }

@@ -23,11 +23,12 @@ public:
 
     ~ScriptedFtpServer() override
     {
-        for (QTcpSocket *socket : findChildren<QTcpSocket *>() + dataServer.findChildren<QTcpSocket *>())
+        const auto sockets = findChildren<QTcpSocket *>() + dataServer.findChildren<QTcpSocket *>();
+        for (QTcpSocket *socket : sockets)
             socket->disconnect();
     }
 
-    void reply(const QByteArray &bytes)
+    void reply(const QByteArray &bytes) const
     {
         const int pieceLength = bytewise ? 1 : bytes.size();
         for (int at = 0; at < bytes.size() && control->isOpen(); at += pieceLength) {
@@ -37,7 +38,7 @@ public:
     }
 
     /// Closes the data connection; with reset, the client is cut off.
-    void endData(bool reset = false)
+    void endData(bool reset = false) const
     {
         if (data)
             reset ? data->abort() : data->disconnectFromHost();

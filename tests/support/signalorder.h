@@ -25,7 +25,7 @@ public:
     /// What came since the last call, separated by blanks.
     QString take()
     {
-        const QString all = names.join(QLatin1Char(' '));
+        QString all = names.join(QLatin1Char(' '));
         names.clear();
         return all;
     }
