@@ -36,7 +36,7 @@ connectionState::connectionState(QWidget *parent, udpHBClient *sharedClient)
     setFixedHeight(heightPx);
     statusIcon->setStyleSheet(QStringLiteral("QPushButton{border:none}"));
     statusIcon->setIconSize(iconSizePx);
-    statusIcon->setIcon(builtinIcon(shownIcon));
+    showIcon();
     // It only shows a picture of what the text says: nothing to press or to stop at.
     statusIcon->setFocusPolicy(Qt::NoFocus);
 
@@ -83,6 +83,14 @@ void connectionState::showStatus(const QString &icon, const QString &text)
     if (shownIcon == icon && statusText->text() == text)
         return;
     shownIcon = icon;
-    statusIcon->setIcon(builtinIcon(icon));
+    showIcon();
     statusText->setText(text);
+}
+
+void connectionState::showIcon()
+{
+    statusIcon->setIcon(builtinIcon(shownIcon));
+    statusIcon->setAccessibleName(shownIcon == QLatin1String("ok")        ? tr("State: good")
+                                  : shownIcon == QLatin1String("warning") ? tr("State: warning")
+                                                                          : tr("State: error"));
 }

@@ -24,6 +24,7 @@ public slots:
 
 private:
     void showStatus(const QString &icon, const QString &text);
+    void showIcon();
 
     udpHBClient *client;
     bool incompatible = false;

@@ -48,6 +48,7 @@ Mainwindow::Mainwindow(QWidget *parent)
     logo->setStyleSheet(QStringLiteral("QPushButton { border:none; outline:none; background-color:black; }"));
     // A banner: nothing to press or to stop at.
     logo->setFocusPolicy(Qt::NoFocus);
+    logo->setAccessibleName(tr("Logo"));
     logo->setIcon(builtinIcon(QStringLiteral("logo")));
 }
 

@@ -3,11 +3,16 @@
 #include "discovery/udphbclient.h"
 #include "tests/support/heartbeatbytes.h"
 
+#include <QAbstractScrollArea>
+#include <QAccessible>
 #include <QApplication>
 #include <QLabel>
+#include <QProgressBar>
 #include <QPushButton>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QTest>
+#include <QToolButton>
 
 namespace
 {
@@ -26,6 +31,26 @@ QString enabledTabs(const QWidget &window)
     return all;
 }
 
+QString nameOf(QWidget *widget)
+{
+    const QAccessibleInterface *const seen = QAccessible::queryAccessibleInterface(widget);
+    const auto labels = seen->relations(QAccessible::Label);
+    return labels.isEmpty() ? seen->text(QAccessible::Name) : labels.first().first->text(QAccessible::Name);
+}
+
+// What the Tab key stops at from the tabs on, until it is there again.
+QString tabRound(QTabWidget *tabs)
+{
+    tabs->tabBar()->setFocus();
+    QStringList names;
+    do {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        if (!qobject_cast<QAbstractScrollArea *>(QApplication::focusWidget()))
+            names += nameOf(QApplication::focusWidget()).section(QLatin1Char(' '), 0, 1);
+    } while (!tabs->tabBar()->hasFocus() && names.size() < 20);
+    return names.join(QLatin1Char('|'));
+}
+
 } // namespace
 
 class TestApp : public QObject
@@ -37,6 +62,7 @@ private slots:
     void stripTellsWhatIsReachable();
     void stripGivesAFirstVerdict();
     void windowLocksAndUnlocksItsPages();
+    void everyControlIsNamedAndReached();
 };
 
 void TestApp::stripTellsWhatIsReachable_data()
@@ -124,6 +150,39 @@ void TestApp::windowLocksAndUnlocksItsPages()
     client->processHeartbeat(HeartbeatBytes::screen(0x00, "TZ582").left(38), host(22));
     client->processHeartbeat(HeartbeatBytes::n6("N6"), host(20));
     QCOMPARE(enabledTabs(window), QStringLiteral("00000"));
+}
+
+void TestApp::everyControlIsNamedAndReached()
+{
+    Mainwindow window;
+    auto *client = window.findChild<udpHBClient *>();
+    client->processHeartbeat(HeartbeatBytes::n6("N6"), host(20));
+    client->processHeartbeat(HeartbeatBytes::screen(0x00, "S1"), host(21));
+    client->processHeartbeat(HeartbeatBytes::screen(0x00, "S2"), host(22));
+    client->processHeartbeat(HeartbeatBytes::screen(0x20, "S3"), host(23));
+    client->processHeartbeat(HeartbeatBytes::screen(0x50, "E1"), host(24));
+    window.show();
+    QApplication::setActiveWindow(&window);
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    auto *tabs = window.findChild<QTabWidget *>();
+    QStringList rounds;
+    for (int page = 0; page < tabs->count(); ++page) {
+        tabs->setCurrentIndex(page);
+        rounds += tabRound(tabs);
+        const auto widgets = window.findChildren<QWidget *>();
+        for (QWidget *widget : widgets) {
+            const bool isShown = widget->isVisible() && !qobject_cast<QToolButton *>(widget);
+            if (isShown && (qobject_cast<QAbstractButton *>(widget) || qobject_cast<QProgressBar *>(widget)))
+                QVERIFY2(!nameOf(widget).isEmpty(), widget->metaObject()->className());
+        }
+    }
+    QCOMPARE(rounds, (QStringList{
+                         QStringLiteral("S1 (PO)|S2 (PO)|Start Update|Screen Updates"),
+                         QStringLiteral("S3 (PO)|Start Update|Screen2 Updates"),
+                         QStringLiteral("E1 (PO)|Start Update|E-Ink Updates"),
+                         QStringLiteral("Open Webinterface|Port 1|Port 2|Update N6|N6 Setup"),
+                         QStringLiteral("Backup Settings|Restore Settings|Factory Reset|N6 Configuration"),
+                     }));
 }
 
 int main(int argc, char *argv[])

@@ -23,6 +23,10 @@
         <source>N6 Configuration</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>Logo</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>MonitorUpdate</name>
@@ -400,6 +404,18 @@ Try again when a server is available.</source>
     </message>
     <message>
         <source>Found Gen1 devices, contact support for suitable software</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>State: good</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>State: warning</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>State: error</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

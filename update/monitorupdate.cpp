@@ -90,6 +90,9 @@ void MonitorUpdate::newMonitors()
 void MonitorUpdate::addRow(MonitorUpdateWidget *row)
 {
     rows->addWidget(row);
+    // The keyboard comes to the choice of displays before it comes to the start.
+    setTabOrder(row->focusProxy(), startButton);
+    setTabOrder(startButton, abortButton);
     connect(this, &MonitorUpdate::updateMon, row, &MonitorUpdateWidget::updateMonitor);
     connect(this, &MonitorUpdate::abortMon, row, &MonitorUpdateWidget::abortUpdate);
     connect(row, &MonitorUpdateWidget::updateStarted, this, &MonitorUpdate::updateStarted);

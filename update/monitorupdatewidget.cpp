@@ -31,6 +31,7 @@ MonitorUpdateWidget::MonitorUpdateWidget(const ScreenDevice *device, QWidget *pa
     checkBox->setStyleSheet(QStringLiteral("QCheckBox { spacing: 12px; }"));
     checkBox->setFont(rowFont);
     checkBox->setChecked(true);
+    setFocusProxy(checkBox);
     progressBar->setGeometry(300, 4, 270, 32);
     progressBar->setAccessibleName(tr("Upload progress"));
     label->setGeometry(580, 1, 100, 36);
