@@ -17,6 +17,7 @@
 #include <cstdlib>
 
 #include <arpa/inet.h>
+#include <fcntl.h>
 #include <netinet/tcp.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
@@ -171,6 +172,12 @@ double median(QVector<double> values)
     return values.at(values.size() / 2);
 }
 
+struct Client {
+    QStringList command;
+    QVector<double> times;
+    QVector<double> loads;
+};
+
 bool compareWithCurl(quint16 port, const QString &self, const QString &file)
 {
     const QString curl = QStandardPaths::findExecutable(QStringLiteral("curl"));
@@ -178,29 +185,32 @@ bool compareWithCurl(quint16 port, const QString &self, const QString &file)
         out() << "curl is not installed\n";
         return false;
     }
-    const QStringList ours{self, QStringLiteral("client"), QString::number(port), file, QStringLiteral("1")};
-    const QStringList theirs{curl, QStringLiteral("-s"), QStringLiteral("-T"), file,
-                             QStringLiteral("ftp://127.0.0.1:%1/image").arg(port)};
-    run(theirs); // brings the file into the memory
-    QVector<double> ourTimes, theirTimes, ourLoads, theirLoads;
-    out() << "pair    ours s  (CPU s)    curl s  (CPU s)\n";
+    const QString number = QString::number(port);
+    Client ours{{self, QStringLiteral("client"), number, file, QStringLiteral("1")}, {}, {}};
+    Client theirs{{curl, QStringLiteral("-s"), QStringLiteral("-T"), file,
+                   QStringLiteral("ftp://127.0.0.1:%1/x").arg(port)},
+                  {},
+                  {}};
+    Client bare{{self, QStringLiteral("bare"), number, file}, {}, {}};
+    run(theirs.command); // brings the file into the memory
+    out() << "pair    ours s  (CPU s)    curl s  (CPU s)    bare s  (CPU s)\n";
     for (int pair = 1; pair <= pairs; ++pair) {
-        const Cost us = run(ours);
-        const Cost them = run(theirs);
-        if (!us.succeeded || !them.succeeded) {
-            out() << "an upload failed\n";
-            return false;
+        out() << QString::asprintf("%4d", pair);
+        for (Client *const client : {&ours, &theirs, &bare}) {
+            const Cost cost = run(client->command);
+            if (!cost.succeeded) {
+                out() << " an upload failed\n";
+                return false;
+            }
+            client->times += cost.seconds;
+            client->loads += cost.processorSeconds;
+            out() << QString::asprintf("  %8.3f  (%5.3f)", cost.seconds, cost.processorSeconds);
         }
-        ourTimes += us.seconds;
-        ourLoads += us.processorSeconds;
-        theirTimes += them.seconds;
-        theirLoads += them.processorSeconds;
-        out() << QString::asprintf("%4d  %8.3f  (%5.3f)  %8.3f  (%5.3f)\n", pair, us.seconds,
-                                   us.processorSeconds, them.seconds, them.processorSeconds);
+        out() << '\n';
         out().flush();
     }
-    const double throughput = median(theirTimes) / median(ourTimes);
-    const double processor = median(ourLoads) / median(theirLoads);
+    const double throughput = median(theirs.times) / median(ours.times);
+    const double processor = median(ours.loads) / median(theirs.loads);
     out() << QString::asprintf(
         "medians, ours / curl: throughput %.2f (at least %.1f), CPU %.2f (at most %.1f)\n", throughput,
         wantedThroughputRatio, processor, wantedProcessorRatio);
@@ -263,6 +273,42 @@ int upload(quint16 port, const QString &fileName, int uploads)
     return failed ? 1 : 0;
 }
 
+int connectTo(quint16 port)
+{
+    const int connection = socket(AF_INET, SOCK_STREAM, 0);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(port);
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    const int noDelay = 1;
+    setsockopt(connection, IPPROTO_TCP, TCP_NODELAY, &noDelay, sizeof noDelay);
+    return connect(connection, reinterpret_cast<sockaddr *>(&address), sizeof address) == 0 ? connection : -1;
+}
+
+// The same blocks by system calls alone: no client that sends such blocks is faster.
+int uploadBare(quint16 port, const QString &fileName)
+{
+    const int control = connectTo(port);
+    FILE *const replies = fdopen(control, "r");
+    char reply[512];
+    const auto ask = [&](const QByteArray &command) {
+        say(control, command);
+        return fgets(reply, sizeof reply, replies) ? QByteArray(reply) : QByteArray();
+    };
+    ask({}); // the greeting
+    const int data = connectTo(ask("EPSV\r\n").split('|').value(3).toUShort());
+    ask("STOR x\r\n");
+    const int source = open(fileName.toLocal8Bit().constData(), O_RDONLY);
+    std::array<char, 16384> block;
+    ssize_t count = 0;
+    while ((count = read(source, block.data(), block.size())) > 0) {
+        if (write(data, block.data(), static_cast<std::size_t>(count)) != count)
+            return 1;
+    }
+    close(data);
+    return count == 0 && ask({}).startsWith("226") ? 0 : 1;
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -271,5 +317,7 @@ int main(int argc, char *argv[])
     const QStringList arguments = QCoreApplication::arguments();
     if (arguments.size() == 5 && arguments.at(1) == QLatin1String("client"))
         return upload(arguments.at(2).toUShort(), arguments.at(3), arguments.at(4).toInt());
+    if (arguments.size() == 4 && arguments.at(1) == QLatin1String("bare"))
+        return uploadBare(arguments.at(2).toUShort(), arguments.at(3));
     return measure(QCoreApplication::applicationFilePath());
 }
