@@ -15,7 +15,8 @@ readonly fuzz_packages=(clang)
 readonly analysis_packages=(clang clang-tidy clazy cppcheck)
 readonly coverage_packages=(gcovr)
 readonly package_packages=(dpkg-dev fakeroot lintian)
-readonly bare_system_packages=(mmdebstrap)
+# The latter for users who are not root.
+readonly bare_system_packages=(mmdebstrap uidmap)
 
 is_installed() {
     [[ $(dpkg-query --show --showformat='${db:Status-Status}' "$1" 2>/dev/null) == installed ]]
