@@ -11,6 +11,7 @@ readonly end_to_end_packages=(xvfb at-spi2-core dbus python3-gi python3-xlib uti
 readonly desktop_packages=(desktop-file-utils appstream)
 readonly translation_packages=(qttools5-dev qttools5-dev-tools)
 readonly icon_packages=(librsvg2-bin icoutils icnsutils)
+readonly benchmark_packages=(xvfb curl)
 readonly fuzz_packages=(clang)
 readonly analysis_packages=(clang clang-tidy clazy cppcheck)
 readonly coverage_packages=(gcovr)
