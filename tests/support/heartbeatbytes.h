@@ -2,9 +2,13 @@
 #pragma once
 
 #include <QByteArray>
+#include <QHostAddress>
 #include <QtEndian>
 
-#include <cstring>
+inline QHostAddress at(const char *address)
+{
+    return QHostAddress(QLatin1String(address));
+}
 
 struct HeartbeatBytes {
     quint8 kind = 0x00;
@@ -22,9 +26,9 @@ struct HeartbeatBytes {
     {
         QByteArray bytes(38, '\0');
         bytes[0] = static_cast<char>(kind);
-        put(bytes, 1, serial.left(16));
+        bytes.replace(1, 16, serial.leftJustified(16, '\0', true));
         bytes[17] = static_cast<char>(valid);
-        put(bytes, 18, firmware.left(6));
+        bytes.replace(18, 6, firmware.leftJustified(6, '\0', true));
         qToLittleEndian(lux, bytes.data() + 24);
         qToLittleEndian(volts, bytes.data() + 32);
         bytes[36] = static_cast<char>(lsFlag);
@@ -58,11 +62,5 @@ struct HeartbeatBytes {
         parts.serial = serial;
         parts.serverFlag = server ? 1 : 0;
         return parts.build();
-    }
-
-private:
-    static void put(QByteArray &bytes, int offset, const QByteArray &text)
-    {
-        std::memcpy(bytes.data() + offset, text.constData(), static_cast<size_t>(text.size()));
     }
 };
