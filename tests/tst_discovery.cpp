@@ -9,8 +9,10 @@
 #include <QTest>
 #include <QUdpSocket>
 
+#include <array>
 #include <cmath>
 #include <limits>
+#include <tuple>
 #include <vector>
 
 using heartbeat::decode;
@@ -105,45 +107,41 @@ private slots:
     {
         constexpr double infinite = std::numeric_limits<double>::infinity();
         constexpr double none = std::numeric_limits<double>::quiet_NaN();
-        struct Row {
-            double sent, lux, volts;
-        };
+        using Row = std::array<double, 3>; // sent, then shown as light and as voltage
         // Halves go away from zero; nothing is negative, not even a zero; what no integer could hold stays as
         // it is.
-        for (const Row &row : {Row{0.125, 0.13, 0.13}, Row{-1.0, 0.0, 0.0}, Row{-0.0, 0.0, 0.0},
-                               Row{none, 0.0, none}, Row{infinite, infinite, infinite},
-                               Row{-infinite, 0.0, 0.0}, Row{1e38, 1e38, static_cast<double>(1e38F)}}) {
+        for (const auto &[sent, lux, volts] :
+             {Row{0.125, 0.13, 0.13}, Row{-1.0, 0.0, 0.0}, Row{-0.0, 0.0, 0.0}, Row{none, 0.0, none},
+              Row{infinite, infinite, infinite}, Row{-infinite, 0.0, 0.0},
+              Row{1e38, 1e38, static_cast<double>(1e38F)}}) {
             HeartbeatBytes parts;
-            parts.lux = row.sent;
-            parts.volts = static_cast<float>(row.sent);
+            parts.lux = sent;
+            parts.volts = static_cast<float>(sent);
             const auto screen = std::get<ScreenDevice>(decode(parts.build()));
-            QCOMPARE(screen.ambientLux, row.lux);
-            QCOMPARE(screen.supplyVoltage, row.volts);
+            QCOMPARE(screen.ambientLux, lux);
+            QCOMPARE(screen.supplyVoltage, volts);
             QVERIFY(!std::signbit(screen.ambientLux) &&
-                    (std::isnan(row.volts) || !std::signbit(screen.supplyVoltage)));
+                    (std::isnan(volts) || !std::signbit(screen.supplyVoltage)));
         }
     }
 
     void tellsOlderDevicesApart()
     {
-        struct Row {
-            QByteArray serial;
-            int length;
-            char outcome; // of the first generation, ignored, a screen
-        };
-        for (const Row &row :
+        // Serial, length and outcome: of the first generation, ignored, a screen.
+        using Row = std::tuple<QByteArray, int, char>;
+        for (const auto &[serial, length, outcome] :
              {Row{"aVK38b", 38, 'f'}, Row{"TZ582", 18, 'f'}, Row{"VHUB-TZ582", 38, 'f'}, Row{"VK38", 39, 'i'},
               Row{"VK38", 53, 'i'}, Row{"VHUB1", 38, 'i'}, Row{"VHUB1", 53, 'i'}, Row{"vk38", 53, 's'},
               Row{QByteArray("A\0VK38", 6), 53, 's'}}) {
             HeartbeatBytes parts;
-            parts.serial = row.serial;
+            parts.serial = serial;
             // A short heartbeat of the first generation is reported even when it says that it is not valid.
-            parts.valid = row.outcome == 'f' ? 0 : 1;
-            const auto decoded = decode(parts.build().left(row.length));
-            QCOMPARE(std::holds_alternative<heartbeat::Incompatible>(decoded), row.outcome == 'f');
-            QCOMPARE(std::holds_alternative<ScreenDevice>(decoded), row.outcome == 's');
+            parts.valid = outcome == 'f' ? 0 : 1;
+            const auto decoded = decode(parts.build().left(length));
+            QCOMPARE(std::holds_alternative<heartbeat::Incompatible>(decoded), outcome == 'f');
+            QCOMPARE(std::holds_alternative<ScreenDevice>(decoded), outcome == 's');
             parts.kind = 0x20;
-            QVERIFY(!std::holds_alternative<heartbeat::Incompatible>(decode(parts.build().left(row.length))));
+            QVERIFY(!std::holds_alternative<heartbeat::Incompatible>(decode(parts.build().left(length))));
         }
     }
 
@@ -186,7 +184,6 @@ private slots:
         QCOMPARE(order.take(), QStringLiteral("listUpdated screenUpdated"));
         client.processHeartbeat(HeartbeatBytes::screen(0x20, "B"), at("10.0.0.1"));
         QCOMPARE(order.take(), QStringLiteral("screenUpdated serverRemoved listUpdated"));
-        QCOMPARE(client.screens().size(), 2);
         QCOMPARE(client.screens().at(0).type, QStringLiteral("SCREEN2"));
         client.processHeartbeat(HeartbeatBytes::n6("N6"), at("10.0.0.9"));
         QCOMPARE(order.take(), QStringLiteral("serverChanged listUpdated n6"));

@@ -19,38 +19,6 @@ namespace
 
 const auto screenHeartbeat = [](bool server) { return HeartbeatBytes::screen(0x00, "A", server); };
 
-QNetworkInterface boatInterface()
-{
-    return QNetworkInterface::interfaceFromName(QStringLiteral("boat0"));
-}
-
-// A device that answers nothing but notes how it was asked.
-class Listener : public QObject
-{
-public:
-    int byMulticast = 0;
-    int alone = 0;
-    QSet<int> ports;
-
-    Listener()
-    {
-        socket.bind(QHostAddress(QHostAddress::AnyIPv4), protocol::requestPort);
-        socket.joinMulticastGroup(protocol::multicastGroup(), boatInterface());
-        connect(&socket, &QUdpSocket::readyRead, this, [this] {
-            while (socket.hasPendingDatagrams()) {
-                const QNetworkDatagram asked = socket.receiveDatagram();
-                if (asked.data() != QByteArray(1, '\0'))
-                    continue;
-                ++(asked.destinationAddress() == protocol::multicastGroup() ? byMulticast : alone);
-                ports += asked.senderPort();
-            }
-        });
-    }
-
-private:
-    QUdpSocket socket;
-};
-
 } // namespace
 
 class TestDiscoveryTime : public QObject
@@ -130,25 +98,39 @@ private slots:
 
     void asksAgainAndRenewsSockets()
     {
-        if (!boatInterface().isValid())
+        const auto boat = QNetworkInterface::interfaceFromName(QStringLiteral("boat0"));
+        if (!boat.isValid())
             QSKIP("multicast needs a network namespace");
         QFETCH(int, mode);
         QFETCH(bool, serverKnown);
         QFETCH(int, rounds);
         QFETCH(bool, alone);
-        Listener device;
+        // A device that answers nothing but notes how it was asked.
+        QUdpSocket device;
+        QVERIFY(device.bind(QHostAddress(QHostAddress::AnyIPv4), protocol::requestPort));
+        QVERIFY(device.joinMulticastGroup(protocol::multicastGroup(), boat));
+        int askedByMulticast = 0, askedAlone = 0;
+        QSet<int> askingPorts;
+        connect(&device, &QUdpSocket::readyRead, &device, [&] {
+            while (device.hasPendingDatagrams()) {
+                const QNetworkDatagram asked = device.receiveDatagram();
+                QCOMPARE(asked.data(), QByteArray(1, '\0'));
+                ++(asked.destinationAddress() == protocol::multicastGroup() ? askedByMulticast : askedAlone);
+                askingPorts += asked.senderPort();
+            }
+        });
         udpHBClient client(mode);
-        QTRY_COMPARE(device.byMulticast, mode == 2 ? 0 : 2);
+        QTRY_COMPARE(askedByMulticast, mode == 2 ? 0 : 2);
         if (serverKnown)
             client.processHeartbeat(screenHeartbeat(true), at("127.0.0.1"));
         QElapsedTimer quiet;
         quiet.start();
         QTRY_VERIFY_WITH_TIMEOUT(quiet.elapsed() > 6500, 8000);
         // Each round goes out from both sockets.
-        QCOMPARE(device.byMulticast, 2 * rounds);
-        QCOMPARE(device.alone > 0, alone);
+        QCOMPARE(askedByMulticast, 2 * rounds);
+        QCOMPARE(askedAlone > 0, alone);
         // After more than eight seconds without traffic new sockets ask, and one of them from a new port.
-        QTRY_COMPARE_WITH_TIMEOUT(device.ports.size(), rounds == 0 ? 0 : 3, 5000);
+        QTRY_COMPARE_WITH_TIMEOUT(askingPorts.size(), rounds == 0 ? 0 : 3, 5000);
     }
 };
 

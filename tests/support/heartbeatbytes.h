@@ -33,10 +33,8 @@ struct HeartbeatBytes {
         qToLittleEndian(volts, bytes.data() + 32);
         bytes[36] = static_cast<char>(lsFlag);
         bytes[37] = static_cast<char>(serverFlag);
-        bytes += static_cast<char>(system.size());
-        bytes += system;
-        bytes += static_cast<char>(application.size());
-        bytes += application;
+        for (const QByteArray &version : {system, application})
+            bytes += static_cast<char>(version.size()) + version;
         return bytes;
     }
 
@@ -44,9 +42,7 @@ struct HeartbeatBytes {
     static QByteArray n6(const QByteArray &serial, int model = 1, int port1 = 0, int port2 = 0,
                          const QByteArray &application = "3.6")
     {
-        HeartbeatBytes parts;
-        parts.kind = 0xC6;
-        parts.serial = serial;
+        HeartbeatBytes parts{0xC6, serial};
         parts.application = application;
         QByteArray bytes = parts.build();
         bytes[29] = static_cast<char>(model);
@@ -57,9 +53,7 @@ struct HeartbeatBytes {
 
     static QByteArray screen(quint8 kind, const QByteArray &serial, bool server = false)
     {
-        HeartbeatBytes parts;
-        parts.kind = kind;
-        parts.serial = serial;
+        HeartbeatBytes parts{kind, serial};
         parts.serverFlag = server ? 1 : 0;
         return parts.build();
     }
