@@ -58,7 +58,6 @@ private slots:
         target = folder->filePath("x.tar.gz"_s);
         part = target + ".part"_s;
         qputenv("HOME", QFile::encodeName(folder->path()));
-        QVERIFY(QDir(folder->path()).mkdir("Documents"_s));
         QCoreApplication::setOrganizationName("kelvora-test"_s);
         QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder->filePath("config"_s));
         client.reset(new udpHBClient(passiveMode));
