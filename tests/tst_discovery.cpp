@@ -39,8 +39,7 @@ private slots:
 
     void decodesDisplays()
     {
-        HeartbeatBytes parts;
-        parts.serial = "0123456789abcdef";
+        HeartbeatBytes parts{0x00, "0123456789abcdef"};
         parts.firmware = "1.4.22";
         parts.lux = 351.456;
         parts.volts = 12.345F;
@@ -71,8 +70,7 @@ private slots:
         QCOMPARE(n6.port2Mode, -2);
         QCOMPARE(n6.firmwareVersion, QStringLiteral("1.4"));
 
-        HeartbeatBytes parts;
-        parts.kind = 0x72;
+        HeartbeatBytes parts{0x72};
         parts.serverFlag = 0xFF;
         parts.system.clear();
         parts.application.clear();
@@ -132,8 +130,7 @@ private slots:
              {Row{"aVK38b", 38, 'f'}, Row{"TZ582", 18, 'f'}, Row{"VHUB-TZ582", 38, 'f'}, Row{"VK38", 39, 'i'},
               Row{"VK38", 53, 'i'}, Row{"VHUB1", 38, 'i'}, Row{"VHUB1", 53, 'i'}, Row{"vk38", 53, 's'},
               Row{QByteArray("A\0VK38", 6), 53, 's'}}) {
-            HeartbeatBytes parts;
-            parts.serial = serial;
+            HeartbeatBytes parts{0x00, serial};
             // A short heartbeat of the first generation is reported even when it says that it is not valid.
             parts.valid = outcome == 'f' ? 0 : 1;
             const auto decoded = decode(parts.build().left(length));
@@ -153,12 +150,11 @@ private slots:
     void choosesInterfaces()
     {
         using Net = QNetworkInterface;
-        const auto use = [](int flags, const char *name) {
-            const Net::InterfaceFlags set(flags);
+        const auto use = [](Net::InterfaceFlags set, const char *name) {
             return QLatin1String(interfaces::asksOn(set) ? "1" : "0") +
                    QLatin1String(interfaces::listensOn(set, QLatin1String(name)) ? "1" : "0");
         };
-        const int live = Net::IsUp | Net::IsRunning | Net::CanMulticast;
+        const Net::InterfaceFlags live = Net::IsUp | Net::IsRunning | Net::CanMulticast;
         QCOMPARE(use(live, "eth0"), QStringLiteral("11"));
         QCOMPARE(use(live, "my virtual"), QStringLiteral("11"));
         QCOMPARE(use(live, "VirtualBox Host-Only"), QStringLiteral("10"));

@@ -178,7 +178,7 @@ private slots:
         auto *instrument = new N6Widget(window.get(), client);
         window->show();
         QTRY_VERIFY(client->n6Online());
-        const QString file = write(folder.filePath("n6-update.tar.gz"_s), QByteArray(500000, 'w'));
+        const QString file = write(folder.filePath("n6-update.tar.gz"_s), QByteArray(2000000, 'w'));
         choose(*monitors, file);
         choose(*instrument, file);
         boat.waitFor(" ftp-login ");
