@@ -12,63 +12,12 @@
 #include <QTest>
 #include <QUdpSocket>
 
-#include <functional>
 #include <utility>
 
 namespace
 {
 
 const auto screenHeartbeat = [](bool server) { return HeartbeatBytes::screen(0x00, "A", server); };
-
-QHostAddress at(const char *address)
-{
-    return QHostAddress(QLatin1String(address));
-}
-
-QNetworkInterface boatInterface()
-{
-    return QNetworkInterface::interfaceFromName(QStringLiteral("boat0"));
-}
-
-// A device that answers nothing but notes how it was asked.
-class Listener : public QObject
-{
-public:
-    int byMulticast = 0;
-    int alone = 0;
-    QSet<int> ports;
-
-    Listener()
-    {
-        socket.bind(QHostAddress(QHostAddress::AnyIPv4), protocol::requestPort);
-        socket.joinMulticastGroup(protocol::multicastGroup(), boatInterface());
-        connect(&socket, &QUdpSocket::readyRead, this, [this] {
-            while (socket.hasPendingDatagrams()) {
-                const QNetworkDatagram asked = socket.receiveDatagram();
-                if (asked.data() != QByteArray(1, '\0'))
-                    continue;
-                ++(asked.destinationAddress() == protocol::multicastGroup() ? byMulticast : alone);
-                ports += asked.senderPort();
-            }
-        });
-    }
-
-private:
-    QUdpSocket socket;
-};
-
-// Devices that speak half way between two ticks, so that all their silences end on the same one.
-void feedBetweenTicks(udpHBClient &client, const std::function<void()> &feed)
-{
-    QSignalSpy ticked(&client, &udpHBClient::heartbeatTick);
-    QVERIFY(ticked.wait());
-    bool fed = false;
-    QTimer::singleShot(protocol::tickIntervalMs / 2, &client, [&] {
-        feed();
-        fed = true;
-    });
-    QTRY_VERIFY(fed);
-}
 
 } // namespace
 
@@ -77,100 +26,111 @@ class TestDiscoveryTime : public QObject
     Q_OBJECT
 
 private slots:
-    void timesSilentDevicesOut();
-    void confirmsSeveralServers();
-    void asksAgainAndRenewsSockets_data();
-    void asksAgainAndRenewsSockets();
-};
-
-void TestDiscoveryTime::timesSilentDevicesOut()
-{
-    udpHBClient client(2);
-    feedBetweenTicks(client, [&] {
-        for (const char *address : {"127.0.0.21", "127.0.0.22", "127.0.0.23"})
-            client.processHeartbeat(HeartbeatBytes::screen(0x00, address), at(address));
-        client.processHeartbeat(HeartbeatBytes::n6("N6"), at("127.0.0.20"));
-        client.processHeartbeat(HeartbeatBytes::screen(0x72, "G"), at("127.0.0.30"));
-    });
-    QElapsedTimer silence;
-    silence.start();
-    SignalOrder order(client);
-    // A slot may change the list under the client's feet.
-    bool replaced = false;
-    connect(&client, &udpHBClient::screenRemoved, &client, [&] {
-        if (!std::exchange(replaced, true))
-            client.processHeartbeat(HeartbeatBytes::screen(0x50, "new"), at("127.0.0.40"));
-    });
-    QTRY_VERIFY_WITH_TIMEOUT(!client.n6Online(), 9500);
-    QVERIFY(silence.elapsed() > protocol::deviceTimeoutMs);
-    QCOMPARE(order.take(),
-             QStringLiteral("screenRemoved listUpdated screenUpdated screenRemoved screenRemoved n6 gyro "
-                            "serverRemoved listUpdated listUpdated"));
-    QCOMPARE(client.screens().size(), 1);
-    QCOMPARE(client.screens().at(0).serial, QStringLiteral("new"));
-    QVERIFY(!client.gyroOnline() && client.serverAddress().isNull());
-    QVERIFY(client.n6Device().address.isNull() && client.gyroDevice().address.isNull());
-}
-
-void TestDiscoveryTime::confirmsSeveralServers()
-{
-    udpHBClient client(2);
-    client.processHeartbeat(screenHeartbeat(true), at("127.0.0.21"));
-    client.processHeartbeat(HeartbeatBytes::n6("N6"), at("127.0.0.20"));
-    QElapsedTimer conflict;
-    SignalOrder order(client);
-    QSignalSpy several(&client, &udpHBClient::multipleServers);
-    for (int round = 0; round < 2; ++round) {
-        conflict.start();
-        QVERIFY(several.wait(protocol::multipleServersConfirmMs + 2 * protocol::tickIntervalMs));
-        QVERIFY(conflict.elapsed() > protocol::multipleServersConfirmMs - protocol::tickIntervalMs);
-        QCOMPARE(order.take(), QStringLiteral("serverRemoved multipleServers"));
-        QVERIFY(client.multipleServersDetected() && client.serverAddress().isNull());
-        // The N6 would time out in the second round.
-        client.processHeartbeat(HeartbeatBytes::n6("N6"), at("127.0.0.20"));
-        client.processHeartbeat(screenHeartbeat(true), at("127.0.0.21"));
-        order.take();
+    void timesSilentDevicesOut()
+    {
+        udpHBClient client(2);
+        QSignalSpy ticked(&client, &udpHBClient::heartbeatTick);
+        QVERIFY(ticked.wait());
+        // Half way between two ticks, so that all their silences end on the same one.
+        QTimer::singleShot(protocol::tickIntervalMs / 2, &client, [&] {
+            for (const char *address : {"127.0.0.21", "127.0.0.22", "127.0.0.23"})
+                client.processHeartbeat(HeartbeatBytes::screen(0x00, address), at(address));
+            client.processHeartbeat(HeartbeatBytes::n6("N6"), at("127.0.0.20"));
+            client.processHeartbeat(HeartbeatBytes::screen(0x72, "G"), at("127.0.0.30"));
+        });
+        QTRY_VERIFY(client.gyroOnline());
+        QElapsedTimer silence;
+        silence.start();
+        SignalOrder order(client);
+        // A slot may change the list under the client's feet.
+        bool replaced = false;
+        connect(&client, &udpHBClient::screenRemoved, &client, [&] {
+            if (!std::exchange(replaced, true))
+                client.processHeartbeat(HeartbeatBytes::screen(0x50, "new"), at("127.0.0.40"));
+        });
+        QTRY_VERIFY_WITH_TIMEOUT(!client.n6Online(), 9500);
+        QVERIFY(silence.elapsed() > protocol::deviceTimeoutMs);
+        QCOMPARE(order.take(),
+                 QStringLiteral("screenRemoved listUpdated screenUpdated screenRemoved screenRemoved n6 gyro "
+                                "serverRemoved listUpdated listUpdated"));
+        QCOMPARE(client.screens().size(), 1);
+        QCOMPARE(client.screens().at(0).serial, QStringLiteral("new"));
+        QVERIFY(!client.gyroOnline() && client.serverAddress().isNull());
+        QVERIFY(client.n6Device().address.isNull() && client.gyroDevice().address.isNull());
     }
-    client.processHeartbeat(screenHeartbeat(false), at("127.0.0.21"));
-    QCOMPARE(order.take(), QStringLiteral("screenUpdated serverChanged listUpdated"));
-    QVERIFY(!client.multipleServersDetected());
-}
 
-void TestDiscoveryTime::asksAgainAndRenewsSockets_data()
-{
-    QTest::addColumn<int>("mode");
-    QTest::addColumn<bool>("serverKnown");
-    QTest::addColumn<int>("rounds");
-    QTest::addColumn<bool>("alone");
-    // Rounds of multicast within six and a half seconds: one at the start, another after more than four.
-    QTest::newRow("active, nobody there") << 0 << false << 2 << false;
-    QTest::newRow("active, server silent") << 0 << true << 2 << true;
-    QTest::newRow("sparing, server silent") << 1 << true << 1 << true;
-    QTest::newRow("passive") << 2 << true << 0 << false;
-}
+    void confirmsSeveralServers()
+    {
+        udpHBClient client(2);
+        client.processHeartbeat(screenHeartbeat(true), at("127.0.0.21"));
+        client.processHeartbeat(HeartbeatBytes::n6("N6"), at("127.0.0.20"));
+        QElapsedTimer conflict;
+        SignalOrder order(client);
+        QSignalSpy several(&client, &udpHBClient::multipleServers);
+        for (int round = 0; round < 2; ++round) {
+            conflict.start();
+            QVERIFY(several.wait(protocol::multipleServersConfirmMs + 2 * protocol::tickIntervalMs));
+            QVERIFY(conflict.elapsed() > protocol::multipleServersConfirmMs - protocol::tickIntervalMs);
+            QCOMPARE(order.take(), QStringLiteral("serverRemoved multipleServers"));
+            QVERIFY(client.multipleServersDetected() && client.serverAddress().isNull());
+            // The N6 would time out in the second round.
+            client.processHeartbeat(HeartbeatBytes::n6("N6"), at("127.0.0.20"));
+            client.processHeartbeat(screenHeartbeat(true), at("127.0.0.21"));
+            order.take();
+        }
+        client.processHeartbeat(screenHeartbeat(false), at("127.0.0.21"));
+        QCOMPARE(order.take(), QStringLiteral("screenUpdated serverChanged listUpdated"));
+        QVERIFY(!client.multipleServersDetected());
+    }
 
-void TestDiscoveryTime::asksAgainAndRenewsSockets()
-{
-    if (!boatInterface().isValid())
-        QSKIP("multicast needs a network namespace");
-    QFETCH(int, mode);
-    QFETCH(bool, serverKnown);
-    QFETCH(int, rounds);
-    QFETCH(bool, alone);
-    Listener device;
-    udpHBClient client(mode);
-    QTRY_COMPARE(device.byMulticast, mode == 2 ? 0 : 2);
-    if (serverKnown)
-        client.processHeartbeat(screenHeartbeat(true), at("127.0.0.1"));
-    QElapsedTimer quiet;
-    quiet.start();
-    QTRY_VERIFY_WITH_TIMEOUT(quiet.elapsed() > 6500, 8000);
-    // Each round goes out from both sockets.
-    QCOMPARE(device.byMulticast, 2 * rounds);
-    QCOMPARE(device.alone > 0, alone);
-    // After more than eight seconds without traffic new sockets ask, and one of them from a new port.
-    QTRY_COMPARE_WITH_TIMEOUT(device.ports.size(), rounds == 0 ? 0 : 3, 5000);
-}
+    void asksAgainAndRenewsSockets_data()
+    {
+        QTest::addColumn<int>("mode");
+        QTest::addColumn<bool>("serverKnown");
+        QTest::addColumn<int>("rounds");
+        // Rounds of multicast within six and a half seconds: one at the start, another after more than four.
+        QTest::newRow("active, nobody there") << 0 << false << 2;
+        QTest::newRow("active, server silent") << 0 << true << 2;
+        QTest::newRow("sparing, server silent") << 1 << true << 1;
+        QTest::newRow("passive") << 2 << true << 0;
+    }
+
+    void asksAgainAndRenewsSockets()
+    {
+        const auto boat = QNetworkInterface::interfaceFromName(QStringLiteral("boat0"));
+        if (!boat.isValid())
+            QSKIP("multicast needs a network namespace");
+        QFETCH(int, mode);
+        QFETCH(bool, serverKnown);
+        QFETCH(int, rounds);
+        // A device that answers nothing but notes how it was asked.
+        QUdpSocket device;
+        QVERIFY(device.bind(QHostAddress(QHostAddress::AnyIPv4), protocol::requestPort));
+        QVERIFY(device.joinMulticastGroup(protocol::multicastGroup(), boat));
+        int askedByMulticast = 0, askedAlone = 0;
+        QSet<int> askingPorts;
+        connect(&device, &QUdpSocket::readyRead, &device, [&] {
+            while (device.hasPendingDatagrams()) {
+                const QNetworkDatagram asked = device.receiveDatagram();
+                QCOMPARE(asked.data(), QByteArray(1, '\0'));
+                ++(asked.destinationAddress() == protocol::multicastGroup() ? askedByMulticast : askedAlone);
+                askingPorts += asked.senderPort();
+            }
+        });
+        udpHBClient client(mode);
+        QTRY_COMPARE(askedByMulticast, mode == 2 ? 0 : 2);
+        if (serverKnown)
+            client.processHeartbeat(screenHeartbeat(true), at("127.0.0.1"));
+        QElapsedTimer quiet;
+        quiet.start();
+        QTRY_VERIFY_WITH_TIMEOUT(quiet.elapsed() > 6500, 8000);
+        // Each round goes out from both sockets.
+        QCOMPARE(askedByMulticast, 2 * rounds);
+        QCOMPARE(askedAlone > 0, serverKnown && rounds > 0);
+        // After more than eight seconds without traffic new sockets ask, and one of them from a new port.
+        QTRY_COMPARE_WITH_TIMEOUT(askingPorts.size(), rounds == 0 ? 0 : 3, 5000);
+    }
+};
 
 QTEST_GUILESS_MAIN(TestDiscoveryTime)
 #include "tst_discovery_time.moc"

@@ -24,12 +24,7 @@ const QString n6 = "--screens 0 --screen2s 0 --einks 0 --no-gyro --heartbeat-int
               verySlow = "--archive-padding 10000000 --ftp-fault n6=slow:250000"_s;
 constexpr int passiveMode = 2, n6Host = 10, otherN6Host = 11, ftpPort = 21, sizeUnderWay = 100000;
 
-QByteArray olderFile()
-{
-    return QByteArray(9000000, 'x');
-}
-
-enum Trouble { None, FullDisk, CutOff, Stall, Vanish, OtherN6, BadFile, Close, CloseInBox };
+enum Trouble { None, FullDisk, CutOff, Stall, OtherN6, BadFile, Close, CloseInBox };
 
 QByteArray contents(const QString &name)
 {
@@ -63,13 +58,10 @@ private slots:
         target = folder->filePath("x.tar.gz"_s);
         part = target + ".part"_s;
         qputenv("HOME", QFile::encodeName(folder->path()));
-        QVERIFY(QDir(folder->path()).mkdir("Documents"_s));
         QCoreApplication::setOrganizationName("kelvora-test"_s);
         QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder->filePath("config"_s));
         client.reset(new udpHBClient(passiveMode));
         page = new ServerWidget(nullptr, client.data());
-        beat.reset(new QTimer);
-        connect(beat.data(), &QTimer::timeout, this, [this] { heartbeat(*client); });
     }
     void cleanup() { delete page; }
 
@@ -82,20 +74,16 @@ private slots:
         QTest::addColumn<QString>("box");
         const QString never = "--archive-delay never"_s, late = "--archive-delay 3"_s,
                       atOnce = "--archive-delay 0"_s;
-        QTest::newRow("backup late") << late << None << -1 << backupComplete;
         QTest::newRow("backup slow") << verySlow << None << -1 << backupComplete;
         QTest::newRow("backup beside another N6") << late << OtherN6 << -1 << backupComplete;
         QTest::newRow("backup never") << never << None << -1 << backupUnable;
-        QTest::newRow("backup vanishes") << never << Vanish << -1 << backupFailed;
         QTest::newRow("backup ends early") << slow << CutOff << -1 << backupFailed;
         QTest::newRow("backup stalls") << slow << Stall << -1 << backupFailed;
         QTest::newRow("backup full disk") << atOnce << FullDisk << -1 << backupFailed;
         QTest::newRow("restore empty") << atOnce << None << 0 << restoreComplete;
-        QTest::newRow("restore 50 MB") << atOnce << None << 50000000 << restoreComplete;
         QTest::newRow("restore beside another N6") << slow << OtherN6 << 2000000 << restoreFailed;
         QTest::newRow("restore stalls") << slow << Stall << 50000000 << restoreFailed;
         QTest::newRow("restore unreadable") << atOnce << BadFile << 0 << restoreFailed;
-        QTest::newRow("backup closed while polling") << never << Close << -1 << QString();
         QTest::newRow("backup closed in the flow") << slow << Close << -1 << QString();
         QTest::newRow("restore closed in the flow") << slow << Close << 9000000 << QString();
         QTest::newRow("restore closed in its box") << atOnce << CloseInBox << 1000 << QString();
@@ -108,7 +96,7 @@ private slots:
         QFETCH(int, size);
         QFETCH(QString, box);
         const bool isBackup = size < 0;
-        const QByteArray local = isBackup ? olderFile() : QByteArray(size, 'n');
+        const QByteArray local(isBackup ? 9000000 : size, 'n');
         write(target, local);
         QVERIFY(trouble != FullDisk || QFile::link("/dev/full"_s, part));
         Boat boat(n6 + options);
@@ -124,9 +112,11 @@ private slots:
             }
             return page.isNull();
         };
+        int speaking = n6Host;
+        QTimer beat;
+        connect(&beat, &QTimer::timeout, this, [&] { heartbeat(*client, speaking); });
+        beat.start(1000);
         heartbeat(*client);
-        if (isBackup)
-            beat->start(1000);
         trouble == BadFile ? page->uploadFile("/proc/self/mem"_s)
                            : click(isBackup ? "backupButton"_s : "restoreButton"_s);
         if (isBackup)
@@ -137,21 +127,18 @@ private slots:
             delete page;
         if (trouble == CutOff)
             QVERIFY(QFile::resize(boat.archive(), 1000000));
-        if (trouble == Vanish || trouble == Stall)
-            boat.send(trouble == Stall ? SIGSTOP : SIGKILL);
-        if (trouble == Vanish || trouble == OtherN6)
-            beat->stop();
+        if (trouble == Stall)
+            boat.send(SIGSTOP);
         if (trouble == OtherN6)
-            heartbeat(*client, otherN6Host);
+            speaking = otherN6Host;
 
         QTRY_VERIFY_WITH_TIMEOUT(box.isEmpty() ? !page : answers.boxes == QStringList(box), 60000);
         QCOMPARE(contents(target), box == backupComplete ? contents(boat.archive()) : local);
         QVERIFY(!QFileInfo(part).isSymLink() && !QFileInfo::exists(part));
+        QVERIFY(box != restoreFailed || !boat.log().contains(trouble == BadFile ? " stored " : "restore"));
         if (box == restoreComplete) {
             boat.waitFor("command-repeated code=0x08");
             QCOMPARE(contents(boat.archive()), local);
-        } else if (box == restoreFailed) {
-            QVERIFY(!boat.log().contains(trouble == BadFile ? " stored " : "restore"));
         }
         heartbeat(*client);
         QVERIFY(!page || button("restoreButton"_s)->isEnabled());
@@ -180,8 +167,7 @@ private slots:
         const QDir dir(folder->path());
         QVERIFY(dir.mkpath("a.part"_s) && dir.mkpath("a"_s));
         const QStringList older{write(dir.filePath("a/x.tar.gz"_s), "1"), write(dir.filePath("a/x"_s), "2")};
-        const QStringList targets{"a.part/x.tar.gz"_s, "a/x.part"_s, "a/"_s + QChar(0xD800)};
-        for (const QString &chosen : targets) {
+        for (const QString &chosen : {"a.part/x.tar.gz"_s, "a/x.part"_s, "a/"_s + QChar(0xD800)}) {
             const Answers answers;
             page->downloadFile(dir.filePath(chosen));
             QTRY_COMPARE(answers.boxes.size(), 1);
@@ -231,7 +217,6 @@ private:
     QString target, part;
     QScopedPointer<udpHBClient> client;
     QPointer<ServerWidget> page;
-    QScopedPointer<QTimer> beat; // of the N6, where a test lasts so long that it would time out
 };
 
 QTEST_MAIN(TestSettings)

@@ -2,9 +2,13 @@
 #pragma once
 
 #include <QByteArray>
+#include <QHostAddress>
 #include <QtEndian>
 
-#include <cstring>
+inline QHostAddress at(const char *address)
+{
+    return QHostAddress(QLatin1String(address));
+}
 
 struct HeartbeatBytes {
     quint8 kind = 0x00;
@@ -22,17 +26,15 @@ struct HeartbeatBytes {
     {
         QByteArray bytes(38, '\0');
         bytes[0] = static_cast<char>(kind);
-        put(bytes, 1, serial.left(16));
+        bytes.replace(1, 16, serial.leftJustified(16, '\0', true));
         bytes[17] = static_cast<char>(valid);
-        put(bytes, 18, firmware.left(6));
+        bytes.replace(18, 6, firmware.leftJustified(6, '\0', true));
         qToLittleEndian(lux, bytes.data() + 24);
         qToLittleEndian(volts, bytes.data() + 32);
         bytes[36] = static_cast<char>(lsFlag);
         bytes[37] = static_cast<char>(serverFlag);
-        bytes += static_cast<char>(system.size());
-        bytes += system;
-        bytes += static_cast<char>(application.size());
-        bytes += application;
+        for (const QByteArray &version : {system, application})
+            bytes += static_cast<char>(version.size()) + version;
         return bytes;
     }
 
@@ -40,9 +42,7 @@ struct HeartbeatBytes {
     static QByteArray n6(const QByteArray &serial, int model = 1, int port1 = 0, int port2 = 0,
                          const QByteArray &application = "3.6")
     {
-        HeartbeatBytes parts;
-        parts.kind = 0xC6;
-        parts.serial = serial;
+        HeartbeatBytes parts{0xC6, serial};
         parts.application = application;
         QByteArray bytes = parts.build();
         bytes[29] = static_cast<char>(model);
@@ -53,16 +53,8 @@ struct HeartbeatBytes {
 
     static QByteArray screen(quint8 kind, const QByteArray &serial, bool server = false)
     {
-        HeartbeatBytes parts;
-        parts.kind = kind;
-        parts.serial = serial;
+        HeartbeatBytes parts{kind, serial};
         parts.serverFlag = server ? 1 : 0;
         return parts.build();
-    }
-
-private:
-    static void put(QByteArray &bytes, int offset, const QByteArray &text)
-    {
-        std::memcpy(bytes.data() + offset, text.constData(), static_cast<size_t>(text.size()));
     }
 };
