@@ -4,33 +4,12 @@
 #include <QBuffer>
 #include <QProcess>
 #include <QRandomGenerator>
+#include <QScopeGuard>
 #include <QSignalSpy>
-#include <QStandardPaths>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QTemporaryDir>
 #include <QTest>
-
-namespace
-{
-
-constexpr int bound = 4000;
-
-quint16 freePort()
-{
-    QTcpServer probe;
-    probe.listen(QHostAddress::LocalHost);
-    return probe.serverPort();
-}
-
-bool answers(const QString &host, quint16 port)
-{
-    QTcpSocket socket;
-    socket.connectToHost(host, port);
-    return socket.waitForConnected(1000);
-}
-
-} // namespace
 
 class TestFtpServers : public QObject
 {
@@ -39,63 +18,57 @@ class TestFtpServers : public QObject
 private slots:
     void transfersWhole_data();
     void transfersWhole();
-    void cleanup();
-
-private:
-    void start(const QString &program, const QString &host, const QString &folder);
-
-    QProcess server;
-    quint16 port = 0;
 };
-
-void TestFtpServers::start(const QString &program, const QString &host, const QString &folder)
-{
-    if (program == QLatin1String("pyftpdlib")) {
-        const QString arguments = QStringLiteral("-m pyftpdlib -w -i %1 -p %2 -d %3");
-        server.start(QStringLiteral("/usr/bin/python3"),
-                     arguments.arg(host).arg(port).arg(folder).split(QLatin1Char(' ')));
-        return;
-    }
-    QFile options(folder + QLatin1String("/vsftpd.conf"));
-    QVERIFY(options.open(QIODevice::WriteOnly));
-    options.write("listen=YES\nlisten_ipv6=NO\nbackground=NO\nlisten_address=127.0.0.1\n"
-                  "run_as_launching_user=YES\nanonymous_enable=YES\nwrite_enable=YES\n"
-                  "anon_upload_enable=YES\nanon_other_write_enable=YES\nanon_mkdir_write_enable=YES\n"
-                  "anon_umask=022\nanon_world_readable_only=NO\nallow_writeable_chroot=YES\n"
-                  "seccomp_sandbox=NO\n");
-    for (const char *option : {"anon_root=", "secure_chroot_dir="})
-        options.write(option + folder.toLocal8Bit() + '\n');
-    options.write("listen_port=" + QByteArray::number(port) + '\n');
-    options.close();
-    const QString onPath = QStandardPaths::findExecutable(program);
-    server.start(onPath.isEmpty() ? QStringLiteral("/usr/sbin/vsftpd") : onPath, {options.fileName()});
-}
 
 void TestFtpServers::transfersWhole_data()
 {
+    QTest::addColumn<QString>("command"); // its address, port and folder left open
     QTest::addColumn<QString>("host");
     QTest::addColumn<QFtp::TransferMode>("mode");
+    const auto pyftpdlib = QStringLiteral("/usr/bin/python3 -m pyftpdlib -w -i %1 -p %2 -d %3");
+    const auto vsftpd = QStringLiteral(
+        "/usr/sbin/vsftpd %3/options -olisten=YES -olisten_ipv6=NO -obackground=NO "
+        "-orun_as_launching_user=YES "
+        "-olisten_address=%1 -olisten_port=%2 -oanon_root=%3 -osecure_chroot_dir=%3 -oseccomp_sandbox=NO "
+        "-oanonymous_enable=YES -owrite_enable=YES -oanon_upload_enable=YES -oanon_mkdir_write_enable=YES "
+        "-oanon_umask=022 -oanon_world_readable_only=NO -oallow_writeable_chroot=YES");
     const auto ipv4 = QStringLiteral("127.0.0.1");
     const auto ipv6 = QStringLiteral("::1");
-    QTest::newRow("pyftpdlib, passive") << ipv4 << QFtp::Passive;
-    QTest::newRow("pyftpdlib, passive, IPv6") << ipv6 << QFtp::Passive;
-    QTest::newRow("pyftpdlib, active, IPv6") << ipv6 << QFtp::Active;
-    QTest::newRow("vsftpd, passive") << ipv4 << QFtp::Passive;
-    QTest::newRow("vsftpd, active") << ipv4 << QFtp::Active;
+    QTest::newRow("pyftpdlib, passive") << pyftpdlib << ipv4 << QFtp::Passive;
+    QTest::newRow("pyftpdlib, passive, IPv6") << pyftpdlib << ipv6 << QFtp::Passive;
+    QTest::newRow("pyftpdlib, active, IPv6") << pyftpdlib << ipv6 << QFtp::Active;
+    QTest::newRow("vsftpd, passive") << vsftpd << ipv4 << QFtp::Passive;
+    QTest::newRow("vsftpd, active") << vsftpd << ipv4 << QFtp::Active;
 }
 
 void TestFtpServers::transfersWhole()
 {
+    QFETCH(QString, command);
     QFETCH(QString, host);
     QFETCH(QFtp::TransferMode, mode);
-    if (host == QLatin1String("::1") && !QTcpServer().listen(QHostAddress::LocalHostIPv6))
+    QTcpServer freePort;
+    if (!freePort.listen(QHostAddress(host)))
         QSKIP("this machine has no IPv6");
+    const quint16 port = freePort.serverPort();
+    freePort.close();
     const QTemporaryDir folder;
-    port = freePort();
-    start(QString::fromLatin1(QTest::currentDataTag()).section(QLatin1Char(','), 0, 0), host, folder.path());
+    // Empty: without a file of its own, a server would read this machine's.
+    QVERIFY(QFile(folder.filePath(QStringLiteral("options"))).open(QIODevice::WriteOnly));
+    QStringList words = command.arg(host).arg(port).arg(folder.path()).split(QLatin1Char(' '));
+    QProcess server;
+    const auto stop = qScopeGuard([&] {
+        server.kill();
+        server.waitForFinished();
+    });
+    server.start(words.takeFirst(), words);
     // A Python without the library ends at once.
     const auto isMissing = [&] { return server.state() == QProcess::NotRunning; };
-    QTRY_VERIFY_WITH_TIMEOUT(isMissing() || answers(host, port), bound);
+    const auto isUp = [&] {
+        QTcpSocket socket;
+        socket.connectToHost(host, port);
+        return socket.waitForConnected();
+    };
+    QTRY_VERIFY(isMissing() || isUp());
     if (isMissing())
         QSKIP("the server is not installed");
 
@@ -120,7 +93,7 @@ void TestFtpServers::transfersWhole()
     ftp.list();
     ftp.get(QStringLiteral("image"), &sink);
     ftp.close();
-    QVERIFY(done.wait(bound));
+    QVERIFY(done.wait());
     QVERIFY2(!done.takeFirst().at(0).toBool(), qPrintable(ftp.errorString()));
     listed.sort();
     QCOMPARE(listed, (QStringList{QStringLiteral("empty 0"), QStringLiteral("image 5000001")}));
@@ -128,12 +101,6 @@ void TestFtpServers::transfersWhole()
     QVERIFY(stored.open(QIODevice::ReadOnly));
     QVERIFY(stored.readAll() == bytes);
     QVERIFY(sink.data() == bytes);
-}
-
-void TestFtpServers::cleanup()
-{
-    server.kill();
-    server.waitForFinished();
 }
 
 QTEST_GUILESS_MAIN(TestFtpServers)

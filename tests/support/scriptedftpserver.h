@@ -55,9 +55,12 @@ public:
     }
 
     /// By verb ("" is the greeting): sent instead of what would be done.
-    QHash<QByteArray, QByteArray> answers;
+    QHash<QByteArray, QByteArray> answers{{"", "220 Ready\r\n"},
+                                          {"USER", "331 Password?\r\n"},
+                                          {"PASS", "230 Welcome\r\n"},
+                                          {"RNFR", "350 To?\r\n"}};
     /// Asked first; true: it has dealt with the line.
-    std::function<bool(const QByteArray &verb)> takeOver;
+    std::function<bool(const QByteArray &verb)> takeOver = [](const QByteArray &) { return false; };
     bool bytewise = false;
     QByteArray file = "12345";
 
@@ -73,59 +76,57 @@ private:
         control->setSocketOption(QAbstractSocket::LowDelayOption, 1);
         connect(control, &QTcpSocket::readyRead, this, [this, from = control] {
             while (from->canReadLine())
-                hear(from->readLine());
+                hear(from->readLine().chopped(2));
         });
-        hear("\r\n");
+        hear("");
     }
 
     void hear(const QByteArray &line)
     {
-        const QByteArray verb = line.trimmed().split(' ').first();
+        const QByteArray verb = line.split(' ').first();
         if (!verb.isEmpty())
             lines += line;
-        if (takeOver && takeOver(verb))
+        if (takeOver(verb))
             return;
         if (answers.contains(verb))
             reply(answers.value(verb));
         else
-            serve(verb, line.trimmed().mid(verb.size() + 1));
+            serve(verb, line.mid(verb.size() + 1));
     }
 
     void serve(const QByteArray &verb, const QByteArray &argument)
     {
-        const QHash<QByteArray, QByteArray> usual{
-            {"", "220 Ready\r\n"},
-            {"USER", "331 Password?\r\n"},
-            {"PASS", "230 Welcome\r\n"},
-            {"RNFR", "350 To?\r\n"},
-            {"SIZE", "213 " + QByteArray::number(file.size()) + "\r\n"},
-            {"ABOR", transfer.isEmpty() ? "226 Aborted\r\n" : "426 Cut off\r\n226 Aborted\r\n"},
-            {"QUIT", "221 Bye\r\n"}};
         if (verb == "STOR" || verb == "RETR" || verb == "LIST") {
             transfer = verb;
             transferIfReady();
-            return;
-        }
-        if (verb == "PORT")
-            openActive(argument);
-        reply(verb == "PASV" || verb == "EPSV" ? passiveReply(verb == "PASV")
-                                               : usual.value(verb, "200 Fine\r\n"));
-        if (verb == "ABOR") {
+        } else if (verb == "PASV" || verb == "EPSV") {
+            replyPassive(verb == "PASV");
+        } else if (verb == "SIZE") {
+            reply("213 " + QByteArray::number(file.size()) + "\r\n");
+        } else if (verb == "ABOR") {
+            reply(transfer.isEmpty() ? "226 Aborted\r\n" : "426 Cut off\r\n226 Aborted\r\n");
             transfer.clear();
             endData();
         } else if (verb == "QUIT") {
+            reply("221 Bye\r\n");
             control->disconnectFromHost();
+        } else {
+            if (verb == "PORT")
+                openActive(argument);
+            reply("200 Fine\r\n");
         }
     }
 
-    QByteArray passiveReply(bool isPlain)
+    void replyPassive(bool isPlain)
     {
         dataServer.close();
         dataServer.listen(isPlain ? QHostAddress::LocalHost : QHostAddress::LocalHostIPv6);
         const quint16 port = dataServer.serverPort();
-        return isPlain ? "227 Entering Passive Mode (127,0,0,1," + QByteArray::number(port >> 8) + ',' +
-                             QByteArray::number(port & 255) + ").\r\n"
-                       : "229 Extended (|||" + QByteArray::number(port) + "|)\r\n";
+        const QString text = isPlain ? QStringLiteral("227 Entering Passive Mode (127,0,0,1,%1,%2).\r\n")
+                                           .arg(port >> 8)
+                                           .arg(port & 255)
+                                     : QStringLiteral("229 Extended (|||%1|)\r\n").arg(port);
+        reply(text.toLatin1());
     }
 
     void useData(QTcpSocket *socket)
