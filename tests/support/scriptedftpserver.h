@@ -16,16 +16,10 @@ public:
     explicit ScriptedFtpServer(const QHostAddress &address = QHostAddress::LocalHost)
     {
         connect(this, &QTcpServer::newConnection, this, &ScriptedFtpServer::acceptControl);
-        connect(&dataServer, &QTcpServer::newConnection, this,
-                [this] { useData(dataServer.nextPendingConnection()); });
+        connect(dataServer, &QTcpServer::newConnection, this,
+                [this] { useData(dataServer->nextPendingConnection()); });
         listen(address);
-    }
-
-    ~ScriptedFtpServer() override
-    {
-        const auto sockets = findChildren<QTcpSocket *>() + dataServer.findChildren<QTcpSocket *>();
-        for (QTcpSocket *socket : sockets)
-            socket->disconnect();
+        dataServer->listen(QHostAddress::LocalHost);
     }
 
     void reply(const QByteArray &bytes) const
@@ -99,8 +93,10 @@ private:
         if (verb == "STOR" || verb == "RETR" || verb == "LIST") {
             transfer = verb;
             transferIfReady();
-        } else if (verb == "PASV" || verb == "EPSV") {
-            replyPassive(verb == "PASV");
+        } else if (verb == "PASV") {
+            const quint16 port = dataServer->serverPort();
+            reply("227 Entering Passive Mode (127,0,0,1," + QByteArray::number(port >> 8) + ',' +
+                  QByteArray::number(port & 255) + ").\r\n");
         } else if (verb == "SIZE") {
             reply("213 " + QByteArray::number(file.size()) + "\r\n");
         } else if (verb == "ABOR") {
@@ -115,18 +111,6 @@ private:
                 openActive(argument);
             reply("200 Fine\r\n");
         }
-    }
-
-    void replyPassive(bool isPlain)
-    {
-        dataServer.close();
-        dataServer.listen(isPlain ? QHostAddress::LocalHost : QHostAddress::LocalHostIPv6);
-        const quint16 port = dataServer.serverPort();
-        const QString text = isPlain ? QStringLiteral("227 Entering Passive Mode (127,0,0,1,%1,%2).\r\n")
-                                           .arg(port >> 8)
-                                           .arg(port & 255)
-                                     : QStringLiteral("229 Extended (|||%1|)\r\n").arg(port);
-        reply(text.toLatin1());
     }
 
     void useData(QTcpSocket *socket)
@@ -158,6 +142,7 @@ private:
         data->disconnectFromHost();
     }
 
-    QTcpServer dataServer;
+    // A child as all sockets are: these go when nothing is heard of them any more.
+    QTcpServer *dataServer = new QTcpServer(this);
     QByteArray transfer;
 };
