@@ -16,16 +16,10 @@ public:
     explicit ScriptedFtpServer(const QHostAddress &address = QHostAddress::LocalHost)
     {
         connect(this, &QTcpServer::newConnection, this, &ScriptedFtpServer::acceptControl);
-        connect(&dataServer, &QTcpServer::newConnection, this,
-                [this] { useData(dataServer.nextPendingConnection()); });
+        connect(dataServer, &QTcpServer::newConnection, this,
+                [this] { useData(dataServer->nextPendingConnection()); });
         listen(address);
-    }
-
-    ~ScriptedFtpServer() override
-    {
-        const auto sockets = findChildren<QTcpSocket *>() + dataServer.findChildren<QTcpSocket *>();
-        for (QTcpSocket *socket : sockets)
-            socket->disconnect();
+        dataServer->listen(QHostAddress::LocalHost);
     }
 
     void reply(const QByteArray &bytes) const
@@ -55,9 +49,12 @@ public:
     }
 
     /// By verb ("" is the greeting): sent instead of what would be done.
-    QHash<QByteArray, QByteArray> answers;
+    QHash<QByteArray, QByteArray> answers{{"", "220 Ready\r\n"},
+                                          {"USER", "331 Password?\r\n"},
+                                          {"PASS", "230 Welcome\r\n"},
+                                          {"RNFR", "350 To?\r\n"}};
     /// Asked first; true: it has dealt with the line.
-    std::function<bool(const QByteArray &verb)> takeOver;
+    std::function<bool(const QByteArray &verb)> takeOver = [](const QByteArray &) { return false; };
     bool bytewise = false;
     QByteArray file = "12345";
 
@@ -73,59 +70,47 @@ private:
         control->setSocketOption(QAbstractSocket::LowDelayOption, 1);
         connect(control, &QTcpSocket::readyRead, this, [this, from = control] {
             while (from->canReadLine())
-                hear(from->readLine());
+                hear(from->readLine().chopped(2));
         });
-        hear("\r\n");
+        hear("");
     }
 
     void hear(const QByteArray &line)
     {
-        const QByteArray verb = line.trimmed().split(' ').first();
+        const QByteArray verb = line.split(' ').first();
         if (!verb.isEmpty())
             lines += line;
-        if (takeOver && takeOver(verb))
+        if (takeOver(verb))
             return;
         if (answers.contains(verb))
             reply(answers.value(verb));
         else
-            serve(verb, line.trimmed().mid(verb.size() + 1));
+            serve(verb, line.mid(verb.size() + 1));
     }
 
     void serve(const QByteArray &verb, const QByteArray &argument)
     {
-        const QHash<QByteArray, QByteArray> usual{
-            {"", "220 Ready\r\n"},
-            {"USER", "331 Password?\r\n"},
-            {"PASS", "230 Welcome\r\n"},
-            {"RNFR", "350 To?\r\n"},
-            {"SIZE", "213 " + QByteArray::number(file.size()) + "\r\n"},
-            {"ABOR", transfer.isEmpty() ? "226 Aborted\r\n" : "426 Cut off\r\n226 Aborted\r\n"},
-            {"QUIT", "221 Bye\r\n"}};
         if (verb == "STOR" || verb == "RETR" || verb == "LIST") {
             transfer = verb;
             transferIfReady();
-            return;
-        }
-        if (verb == "PORT")
-            openActive(argument);
-        reply(verb == "PASV" || verb == "EPSV" ? passiveReply(verb == "PASV")
-                                               : usual.value(verb, "200 Fine\r\n"));
-        if (verb == "ABOR") {
+        } else if (verb == "PASV") {
+            const quint16 port = dataServer->serverPort();
+            reply("227 Entering Passive Mode (127,0,0,1," + QByteArray::number(port >> 8) + ',' +
+                  QByteArray::number(port & 255) + ").\r\n");
+        } else if (verb == "SIZE") {
+            reply("213 " + QByteArray::number(file.size()) + "\r\n");
+        } else if (verb == "ABOR") {
+            reply(transfer.isEmpty() ? "226 Aborted\r\n" : "426 Cut off\r\n226 Aborted\r\n");
             transfer.clear();
             endData();
         } else if (verb == "QUIT") {
+            reply("221 Bye\r\n");
             control->disconnectFromHost();
+        } else {
+            if (verb == "PORT")
+                openActive(argument);
+            reply("200 Fine\r\n");
         }
-    }
-
-    QByteArray passiveReply(bool isPlain)
-    {
-        dataServer.close();
-        dataServer.listen(isPlain ? QHostAddress::LocalHost : QHostAddress::LocalHostIPv6);
-        const quint16 port = dataServer.serverPort();
-        return isPlain ? "227 Entering Passive Mode (127,0,0,1," + QByteArray::number(port >> 8) + ',' +
-                             QByteArray::number(port & 255) + ").\r\n"
-                       : "229 Extended (|||" + QByteArray::number(port) + "|)\r\n";
     }
 
     void useData(QTcpSocket *socket)
@@ -157,6 +142,7 @@ private:
         data->disconnectFromHost();
     }
 
-    QTcpServer dataServer;
+    // A child as all sockets are: these go when nothing is heard of them any more.
+    QTcpServer *dataServer = new QTcpServer(this);
     QByteArray transfer;
 };
