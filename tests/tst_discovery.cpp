@@ -20,11 +20,15 @@ using heartbeat::decode;
 namespace
 {
 
-QStringList logged;
+QStringList &logged()
+{
+    static QStringList lines;
+    return lines;
+}
 
 void keepLog(QtMsgType /*type*/, const QMessageLogContext & /*context*/, const QString &line)
 {
-    logged += line;
+    logged() += line;
 }
 
 } // namespace
@@ -35,7 +39,7 @@ class TestDiscovery : public QObject
 
 private slots:
     void initTestCase() { qInstallMessageHandler(keepLog); }
-    void init() { logged.clear(); }
+    void init() { logged().clear(); }
 
     void decodesDisplays()
     {
@@ -182,13 +186,13 @@ private slots:
         client.processHeartbeat(HeartbeatBytes::screen(0x72, "G"), at("10.0.0.3"));
         client.processHeartbeat(HeartbeatBytes::screen(0x00, "VK38").left(38), at("10.0.0.4"));
         QCOMPARE(order.take(), QStringLiteral("gyro incompatible"));
-        QCOMPARE(logged.join(QLatin1Char('\n')), QStringLiteral("udpHB: Screen IP 10.0.0.1\n"
-                                                                "udpHB: Server changed: 10.0.0.1\n"
-                                                                "udpHB: E-Ink IP 10.0.0.2\n"
-                                                                "udpHB: Server removed: 10.0.0.1\n"
-                                                                "udpHB: N6 IP 10.0.0.9\n"
-                                                                "udpHB: Server changed: 10.0.0.9\n"
-                                                                "udpHB: Gyro IP 10.0.0.3"));
+        QCOMPARE(logged().join(QLatin1Char('\n')), QStringLiteral("udpHB: Screen IP 10.0.0.1\n"
+                                                                  "udpHB: Server changed: 10.0.0.1\n"
+                                                                  "udpHB: E-Ink IP 10.0.0.2\n"
+                                                                  "udpHB: Server removed: 10.0.0.1\n"
+                                                                  "udpHB: N6 IP 10.0.0.9\n"
+                                                                  "udpHB: Server changed: 10.0.0.9\n"
+                                                                  "udpHB: Gyro IP 10.0.0.3"));
     }
 
     void filtersCopiesOfTheN6()
@@ -202,7 +206,7 @@ private slots:
         QCOMPARE(hear("10.0.0.5", "N6", "1"), QStringLiteral("10.0.0.5"));
         QCOMPARE(hear("169.254.3.4", "N6", "1"), QStringLiteral("10.0.0.5"));
         QCOMPARE(hear("169.254.3.4", "N6", "1"), QStringLiteral("10.0.0.5"));
-        QCOMPARE(logged.filter(QStringLiteral("Filtered")),
+        QCOMPARE(logged().filter(QStringLiteral("Filtered")),
                  QStringList(QStringLiteral("udpHB: Filtered duplicate N6 heartbeat from: 169.254.3.4")));
         QCOMPARE(hear("10.0.0.6", "N6", "2"), QStringLiteral("10.0.0.6"));
         QCOMPARE(hear("10.0.0.7", "other", "2"), QStringLiteral("10.0.0.7"));
@@ -215,7 +219,7 @@ private slots:
         QVERIFY(greedy.bind(QHostAddress(QHostAddress::AnyIPv4), protocol::heartbeatPort,
                             QAbstractSocket::DontShareAddress));
         udpHBClient client(0);
-        QCOMPARE(logged, QStringList(QStringLiteral("Problem binding udpSocket on port 4020")));
+        QCOMPARE(logged(), QStringList(QStringLiteral("Problem binding udpSocket on port 4020")));
 
         greedy.close();
         client.createSockets();
