@@ -1,4 +1,5 @@
-# What the simulator does that no test of the tool would miss: its bytes, against ones written out by hand, and its refusals.
+# What the simulator does without any test of the tool to notice a fault: its bytes, against ones written out by
+# hand, and what its N6 refuses and restores.
 
 import pathlib
 import sys
