@@ -17,8 +17,6 @@ from boat.hosts import end, start, until  # noqa: E402
 PROGRAM = os.environ["KELVORA_TOOL"]
 CHECKED, ENABLED, SHOWING = 4, 8, 25
 _ROOT = ("org.a11y.atspi.Registry", "/org/a11y/atspi/accessible/root")
-_BUS = ("org.a11y.Bus", "/org/a11y/bus")
-_PROPERTIES = "org.freedesktop.DBus.Properties"
 _ANSWER_MS = 5000
 
 Element = collections.namedtuple("Element", "owner path role name states")
@@ -38,24 +36,18 @@ class Tool:
             "HOME": str(folder),
             "XDG_RUNTIME_DIR": str(folder),
             "QT_QPA_PLATFORM": "xcb",
+            "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
             "QT_FORCE_STDERR_LOGGING": "1",
             "QT_LOGGING_RULES": "default.debug=true",
         }
         session = self._first_line("dbus-daemon", "--session", "--nofork", "--print-address", env=environment)
-        self._bus = _connection(session)
         environment["DBUS_SESSION_BUS_ADDRESS"] = session
+        # Asking starts the service, which a program that starts first would miss.
+        self._bus = _connection(session)
+        self._bus = _connection(self._call(("org.a11y.Bus", "/org/a11y/bus"), "org.a11y.Bus", "GetAddress"))
         with open(self._log, "w", encoding="utf-8") as log:
             self.process = start(PROGRAM, env=environment, cwd=folder, stdout=log, stderr=log)
-        # A program that starts while the service is being enabled may miss it; this one is up.
-        until(self._window, 60, "the window")
-        enabled = GLib.Variant("(ssv)", ("org.a11y.Status", "IsEnabled", GLib.Variant("b", True)))
-        self._call(_BUS, _PROPERTIES, "Set", enabled)
-        self._bus = _connection(self._call(_BUS, "org.a11y.Bus", "GetAddress"))
         self.sees("KelvoraTool - v.*")
-
-    def _window(self):
-        windows = self._display.screen().root.query_tree().children
-        return next((w for w in windows if (w.get_wm_name() or "").startswith("KelvoraTool - v")), None)
 
     def _first_line(self, *command, **options):
         process = start(*command, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True, **options)
@@ -64,7 +56,8 @@ class Tool:
 
     def close(self):
         """Closes the window as its frame's button does, and returns the program's status."""
-        window = self._window()
+        windows = self._display.screen().root.query_tree().children
+        window = next(each for each in windows if (each.get_wm_name() or "").startswith("KelvoraTool - v"))
         atom = self._display.intern_atom
         data = (32, [atom("WM_DELETE_WINDOW"), X.CurrentTime, 0, 0, 0])
         window.send_event(protocol.event.ClientMessage(window=window, client_type=atom("WM_PROTOCOLS"), data=data))
@@ -87,7 +80,7 @@ class Tool:
 
     def _get(self, target, interface, name):
         arguments = GLib.Variant("(ss)", (f"org.a11y.atspi.{interface}", name))
-        return self._call(target, _PROPERTIES, "Get", arguments)
+        return self._call(target, "org.freedesktop.DBus.Properties", "Get", arguments)
 
     def _below(self, target):
         try:
@@ -146,16 +139,12 @@ class Tool:
         until(lambda: not self.elements(title, ".*alert.*|dialog"), 20, f"{title} closed")
 
     def select_next(self, box):
-        """Opens a combo box with the mouse and takes the entry below the current one."""
-        left, top, width, height = self._call(box[:2], "org.a11y.atspi.Component", "GetExtents", GLib.Variant("(u)", (0,)))
-        xtest.fake_input(self._display, X.MotionNotify, x=left + width // 2, y=top + height // 2)
-        self._tap(X.ButtonPress, X.ButtonRelease, 1)
+        """Opens a combo box and takes the entry below the current one."""
+        self.act(box, "Press")
         for key in ("Down", "Return"):
-            self._tap(X.KeyPress, X.KeyRelease, self._display.keysym_to_keycode(XK.string_to_keysym(key)))
-
-    def _tap(self, press, release, code):
-        for kind in (press, release):
-            xtest.fake_input(self._display, kind, code)
+            code = self._display.keysym_to_keycode(XK.string_to_keysym(key))
+            for kind in (X.KeyPress, X.KeyRelease):
+                xtest.fake_input(self._display, kind, code)
         self._display.sync()
 
 
