@@ -437,7 +437,7 @@ void TestFtp::transfersWhole_data()
     QTest::addColumn<QByteArray>("words");
     const auto pyftpdlib = QStringLiteral("/usr/bin/python3 -m pyftpdlib -w -i %1 -p %2 -d %3");
     const auto vsftpd = QStringLiteral(
-        "/usr/sbin/vsftpd %3/options -olisten_address=%1 -olisten_port=%2 -oanon_root=%3 "
+        "vsftpd %3/options -olisten_address=%1 -olisten_port=%2 -oanon_root=%3 "
         "-osecure_chroot_dir=%3 -olisten=YES -olisten_ipv6=NO -obackground=NO -orun_as_launching_user=YES "
         "-oanonymous_enable=YES -oanon_upload_enable=YES -oanon_world_readable_only=NO "
         "-owrite_enable=YES -oallow_writeable_chroot=YES -oseccomp_sandbox=NO");
