@@ -439,7 +439,7 @@ void TestFtp::transfersWhole_data()
     const auto vsftpd = QStringLiteral(
         "vsftpd %3/options -olisten_address=%1 -olisten_port=%2 -oanon_root=%3 "
         "-osecure_chroot_dir=%3 -olisten=YES -olisten_ipv6=NO -obackground=NO -orun_as_launching_user=YES "
-        "-oanonymous_enable=YES -oanon_upload_enable=YES -oanon_world_readable_only=NO "
+        "-oftp_username=nobody -oanonymous_enable=YES -oanon_upload_enable=YES -oanon_world_readable_only=NO "
         "-owrite_enable=YES -oallow_writeable_chroot=YES -oseccomp_sandbox=NO");
     QTest::newRow("pyftpdlib, passive") << pyftpdlib << false << QByteArray("guest");
     QTest::newRow("pyftpdlib, passive, IPv6") << pyftpdlib << true << QByteArray("guest");
