@@ -48,7 +48,7 @@ QDateTime readUnixDate(QString text, const QDateTime &now)
     text.replace(0, 1, text.at(0).toUpper());
     for (const DateFormat &candidate : formats) {
         QDateTime date = candidate.hasYear ? readDate(text, candidate.format)
-                                                 : readDateWithoutYear(text, candidate.format, now);
+                                           : readDateWithoutYear(text, candidate.format, now);
         if (date.isValid())
             return date;
     }
