@@ -21,6 +21,8 @@ constexpr int uploadBlockBytes = 16384;
 // Long enough to spare the event loop most of its turns, short enough for painting and input to notice
 // nothing.
 constexpr int blocksPerTurn = 64;
+// Measured: with two or four it is a little slower, with eight a fifth.
+constexpr int blocksPerPush = 3;
 // What a download holds unread: the network waits for a slow disk instead of filling the memory.
 constexpr qint64 readBufferBytes = qint64(64) * 1024;
 
@@ -107,9 +109,6 @@ void QFtpDTP::setupSocket()
         return;
     accepted->setParent(this);
     replaceSocket(accepted, QStringLiteral("QFtpDTP Active state socket"));
-    // A block leaves when it is written: held back until the ones before it are acknowledged, blocks come in
-    // gulps, and a server that reads steadily gets a fifth less of them.
-    socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
     listener.close();
     // The server may have answered STOR before it connected.
     if (callWriteData)
@@ -183,10 +182,24 @@ void QFtpDTP::writeBlock()
             finishUpload();
             return;
         }
-        if (count > 0)
+        if (count > 0) {
             socket->write(block.data(), count);
+            pushGatheredBlocks();
+        }
     }
     callWriteData = hasDevice;
+}
+
+// The network layer gathers what is written until the other side acknowledges what went before. A few blocks
+// in one segment cost less than each by itself; but left to itself it gathers until a server that reads
+// steadily has to wait. Switching to low delay sends what was gathered.
+void QFtpDTP::pushGatheredBlocks()
+{
+    if (++blocksGathered < blocksPerPush)
+        return;
+    blocksGathered = 0;
+    socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
+    socket->setSocketOption(QAbstractSocket::LowDelayOption, 0);
 }
 
 // Half a file must not pass for a whole one. A stream has no size, and says -1 at its end.
@@ -216,7 +229,6 @@ void QFtpDTP::socketConnected()
 {
     const SocketSignal onStack;
     bytesDone = 0;
-    socket->setSocketOption(QAbstractSocket::LowDelayOption, 1); // see setupSocket()
     emit connectState(CsConnected);
 }
 

@@ -79,6 +79,7 @@ private:
     void forgetData();
     void writeBytes();
     void writeBlock();
+    void pushGatheredBlocks();
     bool isSourceCutShort(qint64 count) const;
     void finishUpload();
     void reportWritten(qint64 bytes);
@@ -97,6 +98,7 @@ private:
     bool callWriteData = false;
     QTcpSocket *pumpedSocket = nullptr;
     int blocksToPump = 0;
+    int blocksGathered = 0;
     QByteArray bytesFromSocket;
 
     bool is_ba = false;
