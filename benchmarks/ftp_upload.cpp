@@ -285,7 +285,7 @@ int connectTo(quint16 port)
     return connect(connection, reinterpret_cast<sockaddr *>(&address), sizeof address) == 0 ? connection : -1;
 }
 
-// The same blocks by system calls alone: no client that sends such blocks is faster.
+// The same blocks by system calls alone, each sent for itself.
 int uploadBare(quint16 port, const QString &fileName)
 {
     const int control = connectTo(port);
