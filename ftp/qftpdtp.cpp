@@ -21,7 +21,7 @@ constexpr int uploadBlockBytes = 16384;
 // Long enough to spare the event loop most of its turns, short enough for painting and input to notice
 // nothing.
 constexpr int blocksPerTurn = 64;
-// Measured: with two or four it is a little slower, with eight a fifth.
+// Measured: two cost up to a twentieth more, four vary more from run to run, eight cost a fifth.
 constexpr int blocksPerPush = 3;
 // What a download holds unread: the network waits for a slow disk instead of filling the memory.
 constexpr qint64 readBufferBytes = qint64(64) * 1024;
