@@ -75,6 +75,7 @@ void QFtpDTP::resetTransfer()
 void QFtpDTP::forgetData()
 {
     callWriteData = false;
+    bytesHandedOver = 0;
     is_ba = false;
     data.clear();
     hasDevice = false;
@@ -88,7 +89,10 @@ void QFtpDTP::connectToHost(const QString &host, quint16 port)
     listener.close();
     replaceSocket(new QTcpSocket(this), QStringLiteral("QFtpDTP Passive state socket"));
     copyNetworkSession(this, socket);
-    socket->connectToHost(host, port);
+    // Saves the socket's own copy of each block.
+    const bool isUnbuffered = hasDevice && pi->isStoring();
+    socket->connectToHost(host, port,
+                          isUnbuffered ? QIODevice::ReadWrite | QIODevice::Unbuffered : QIODevice::ReadWrite);
 }
 
 int QFtpDTP::setupListener(const QHostAddress &address)
@@ -117,7 +121,6 @@ void QFtpDTP::setupSocket()
 
 void QFtpDTP::replaceSocket(QTcpSocket *next, const QString &name)
 {
-    pumpedSocket = nullptr;
     SocketSignal::dispose(std::exchange(socket, next), this);
     socket->setObjectName(name);
     socket->setReadBufferSize(readBufferBytes);
@@ -126,8 +129,6 @@ void QFtpDTP::replaceSocket(QTcpSocket *next, const QString &name)
     connect(socket, &QTcpSocket::errorOccurred, this, &QFtpDTP::socketError);
     connect(socket, &QTcpSocket::disconnected, this, &QFtpDTP::socketConnectionClosed);
     connect(socket, &QTcpSocket::bytesWritten, this, &QFtpDTP::socketBytesWritten);
-    connect(socket, &QTcpSocket::channelBytesWritten, this,
-            [this, from = socket](int, qint64 bytes) { pumpedBytesWritten(from, bytes); });
 }
 
 void QFtpDTP::waitForConnection()
@@ -172,22 +173,38 @@ void QFtpDTP::writeBytes()
 // One block is in flight at a time, so that a transfer needs no more memory than that.
 void QFtpDTP::writeBlock()
 {
+    if (bytesHandedOver > 0 || socket->bytesToWrite() > 0) {
+        callWriteData = true;
+        return;
+    }
     callWriteData = false;
-    if (socket->bytesToWrite() == 0) {
-        std::array<char, uploadBlockBytes> block; // left uninitialised, for every block would pay for it
-        const qint64 count = device ? device->read(block.data(), uploadBlockBytes) : -1;
-        if (count < 0 || (count == 0 && !device->isSequential())) {
-            if (isSourceCutShort(count))
-                err = tr("The file to upload cannot be read");
-            finishUpload();
-            return;
-        }
-        if (count > 0) {
-            socket->write(block.data(), count);
-            pushGatheredBlocks();
-        }
+    std::array<char, uploadBlockBytes> block; // left uninitialised, for every block would pay for it
+    const qint64 count = device ? device->read(block.data(), uploadBlockBytes) : -1;
+    if (count < 0 || (count == 0 && !device->isSequential())) {
+        if (isSourceCutShort(count))
+            err = tr("The file to upload cannot be read");
+        finishUpload();
+        return;
     }
     callWriteData = hasDevice;
+    if (callWriteData && count > 0)
+        sendBlock(block.data(), count);
+}
+
+void QFtpDTP::sendBlock(const char *block, qint64 count)
+{
+    if (socket->write(block, count) < 0) {
+        // An unbuffered socket leaves it to its owner to end a broken connection.
+        socket->abort();
+        return;
+    }
+    pushGatheredBlocks();
+    if (!(socket->openMode() & QIODevice::Unbuffered))
+        return;
+    // What went out at once the socket does not report.
+    bytesHandedOver = count - socket->bytesToWrite();
+    if (bytesHandedOver > 0 && !isPumping)
+        pumpLater();
 }
 
 // The network layer gathers what is written until the other side acknowledges what went before. A few blocks
@@ -243,13 +260,15 @@ void QFtpDTP::socketReadyRead()
         if (self)
             emit connectState(CsClosed);
     } else if (pi->isAbortStarted()) {
-        socket->readAll();
+        discardArrived();
     } else if (pi->currentCommand().startsWith(QLatin1String("LIST"))) {
         readListing();
     } else if (hasDevice) {
         // Nothing that a server sends during an upload may end up in the source.
         if (isRetrieving())
             readIntoDevice();
+        else
+            discardArrived();
     } else {
         // The caller may read when it is all there.
         if (isRetrieving())
@@ -259,6 +278,14 @@ void QFtpDTP::socketReadyRead()
         if (!self.isNull() && !pi->currentCommand().isEmpty())
             emit readyRead();
     }
+}
+
+// An unbuffered socket tells only the one who reads that the other side has closed.
+void QFtpDTP::discardArrived()
+{
+    const qint64 count = socket->skip(std::max<qint64>(1, socket->bytesAvailable()));
+    if (count < 0 && state() == QAbstractSocket::UnconnectedState)
+        socketConnectionClosed();
 }
 
 bool QFtpDTP::isRetrieving() const
@@ -331,8 +358,6 @@ void QFtpDTP::socketBytesWritten(qint64 bytes)
     reportWritten(bytes);
     if (self && callWriteData)
         writeData();
-    if (self && callWriteData && socket)
-        pumpBlocks();
 }
 
 void QFtpDTP::reportWritten(qint64 bytes)
@@ -343,31 +368,24 @@ void QFtpDTP::reportWritten(qint64 bytes)
         emit dataTransferProgress(bytesDone, bytesTotal);
 }
 
-// Lets a number of blocks follow each other at once, each written when the one before is reported, instead of
-// waiting for a turn of the event loop each time. Meanwhile the socket does not repeat bytesWritten().
+void QFtpDTP::pumpLater()
+{
+    isPumping = true;
+    QMetaObject::invokeMethod(this, &QFtpDTP::pumpBlocks, Qt::QueuedConnection);
+}
+
+// Reports the block that went out at once, which lets the next one follow, and so on for a number of blocks.
 void QFtpDTP::pumpBlocks()
 {
     const QPointer<QFtpDTP> self = this;
-    QTcpSocket *const target = socket;
-    pumpedSocket = target;
-    blocksToPump = blocksPerTurn;
-    target->flush();
-    if (!self || pumpedSocket != target)
-        return;
-    pumpedSocket = nullptr;
-    if (callWriteData)
-        writeData();
-}
-
-void QFtpDTP::pumpedBytesWritten(const QTcpSocket *from, qint64 bytes)
-{
-    if (from != pumpedSocket)
-        return;
-    const SocketSignal onStack;
-    const QPointer<QFtpDTP> self = this;
-    reportWritten(bytes);
-    if (self && callWriteData && --blocksToPump > 0)
-        writeData();
+    for (int block = 0; block < blocksPerTurn && bytesHandedOver > 0; ++block) {
+        socketBytesWritten(std::exchange(bytesHandedOver, 0));
+        if (!self)
+            return;
+    }
+    isPumping = false;
+    if (bytesHandedOver > 0)
+        pumpLater();
 }
 
 qint64 QFtpDTP::bytesAvailable() const

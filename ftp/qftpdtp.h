@@ -79,12 +79,14 @@ private:
     void forgetData();
     void writeBytes();
     void writeBlock();
+    void sendBlock(const char *block, qint64 count);
     void pushGatheredBlocks();
     bool isSourceCutShort(qint64 count) const;
     void finishUpload();
     void reportWritten(qint64 bytes);
+    void pumpLater();
     void pumpBlocks();
-    void pumpedBytesWritten(const QTcpSocket *from, qint64 bytes);
+    void discardArrived();
     bool isRetrieving() const;
     void readListing();
     void readIntoDevice();
@@ -96,8 +98,8 @@ private:
     qint64 bytesDone = 0;
     qint64 bytesTotal = 0;
     bool callWriteData = false;
-    QTcpSocket *pumpedSocket = nullptr;
-    int blocksToPump = 0;
+    qint64 bytesHandedOver = 0; // to the system by an unbuffered socket, and not reported yet
+    bool isPumping = false;
     int blocksGathered = 0;
     QByteArray bytesFromSocket;
 

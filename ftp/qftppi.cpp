@@ -117,6 +117,12 @@ bool QFtpPI::sendCommands(const QStringList &lines)
     return true;
 }
 
+bool QFtpPI::isStoring() const
+{
+    const auto stores = [](const QString &line) { return isCommand(line, "STOR "); };
+    return stores(currentCmd) || std::any_of(pendingCommands.cbegin(), pendingCommands.cend(), stores);
+}
+
 void QFtpPI::clearPendingCommands()
 {
     beginTurn();

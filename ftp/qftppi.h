@@ -35,6 +35,8 @@ public:
 
     /// The line sent last; empty between commands.
     QString currentCommand() const { return currentCmd; }
+    /// The command that runs is an upload.
+    bool isStoring() const;
     /// ABOR has been sent and not answered yet.
     bool isAbortStarted() const { return abortState == AbortStarted; }
     QFtpDTP &dataTransfer() { return dtp; }

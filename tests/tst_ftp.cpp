@@ -28,6 +28,7 @@ public:
         setErrorString(QStringLiteral("Disk full"));
     }
 
+    bool isSequential() const override { return isStream; }
     qint64 size() const override { return length; }
     qint64 readData(char * /*data*/, qint64 maxlen) override
     {
@@ -36,6 +37,7 @@ public:
     qint64 writeData(const char * /*data*/, qint64 /*len*/) override { return -1; }
 
     const qint64 length;
+    bool isStream = false;
     /// Told of every read; returns what the read does.
     std::function<qint64(qint64)> make = [](qint64 count) { return count; };
 };
@@ -96,6 +98,7 @@ public:
             {"put-shrinking", [&] { putUntil(0, [](QObject *) {}); }},
             {"put-failing", [&] { putUntil(-1, [](QObject *) {}); }},
             {"put-vanishing", [&] { putUntil(1, [](QObject *source) { source->deleteLater(); }); }},
+            {"put-waiting", [&] { putStream(); }},
             {"put-abort", [&] { putUntil(1, [&](QObject *) { QTimer::singleShot(0, ftp, &QFtp::abort); }); }},
             {"late",
              [&] {
@@ -132,6 +135,24 @@ private:
                 return count;
             atLast(source);
             return qint64(lastRead);
+        };
+        ftp->put(source, QStringLiteral("f"));
+    }
+
+    // The server does not wait for more of a stream that has paused.
+    void putStream()
+    {
+        auto *source = new MadeUpDevice(100000, ftp);
+        source->isStream = true;
+        source->make = [this, blocks = 3](qint64 count) mutable {
+            if (--blocks >= 0)
+                return count;
+            QTimer::singleShot(0, &server, [this] {
+                if (server.data)
+                    server.data->write("unasked");
+                server.endData();
+            });
+            return qint64(0);
         };
         ftp->put(source, QStringLiteral("f"));
     }
@@ -259,6 +280,7 @@ void TestFtp::runsCommands_data()
     for (const char *const words : {"put-shrinking", "put-failing", "put-vanishing"})
         row(usual, words, "TYPE I|PASV|ALLO 10000000|STOR f",
             "failed 1, done 1, Uploading file failed:\nThe file to upload cannot be read");
+    row(usual, "put-waiting", "TYPE I|PASV|STOR f", "finished 1, done 0");
     row("STOR 150 Go\r\n|ABOR 426 Cut off\r\n226 Aborted\r\n", "put-abort",
         "TYPE I|PASV|ALLO 10000000|STOR f|ABOR", "failed 1, done 1, Uploading file failed:\nCut off");
     row("PORT 200 Fine\r\n", "late active get", "TYPE I|SIZE f|PORT|RETR f",
@@ -483,6 +505,8 @@ void TestFtp::transfersWhole()
     QBuffer sink;
     QVERIFY(sink.open(QIODevice::WriteOnly));
     session.ftp->connectToHost(host, port);
+    qint64 uploaded = 0;
+    session.step = [&](const QByteArray &) { uploaded = std::max(uploaded, session.progress.first); };
     session.queue(words);
     session.ftp->put(&source, QStringLiteral("image"));
     session.ftp->put(QByteArray(), QStringLiteral("empty"));
@@ -496,6 +520,7 @@ void TestFtp::transfersWhole()
     QFile stored(folder.filePath(QStringLiteral("image")));
     QVERIFY(stored.open(QIODevice::ReadOnly));
     QVERIFY(stored.readAll() == bytes);
+    QCOMPARE(uploaded, qint64(bytes.size()));
     QVERIFY(sink.data() == bytes);
     server.kill();
     server.waitForFinished();
