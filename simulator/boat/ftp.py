@@ -131,6 +131,7 @@ class _Session(FTPHandler):
 
     # Set in the subclass that each service makes for itself.
     fault = None
+    home = None
     report = None
     uploaded = None
 
@@ -142,10 +143,14 @@ class _Session(FTPHandler):
 
     def ftp_STOR(self, file, mode="w"):
         if self.fault == "full":
-            self.report("upload-refused", path=self.fs.fs2ftp(file), reason="full")
+            self.report("upload-refused", path=self._path(file), reason="full")
             self.respond("452 Insufficient storage space.")
             return None
         return super().ftp_STOR(file, mode)
+
+    def _path(self, file):
+        """What the client calls the file; also once its session is over."""
+        return f"/{os.path.relpath(file, self.home)}"
 
     def on_connect(self):
         self.report("ftp-connect", peer=f"{self.remote_ip}:{self.remote_port}")
@@ -160,19 +165,19 @@ class _Session(FTPHandler):
         self.report("ftp-login-refused", user=username)
 
     def on_file_received(self, file):
-        path = self.fs.fs2ftp(file)
+        path = self._path(file)
         upload = self.fs.last_upload
         self.report("stored", path=path, bytes=upload.byte_count, sha256=upload.checksum())
         self.uploaded(path)
 
     def on_incomplete_file_received(self, file):
-        self.report("upload-broken", path=self.fs.fs2ftp(file), bytes=os.path.getsize(file))
+        self.report("upload-broken", path=self._path(file), bytes=os.path.getsize(file))
 
     def on_file_sent(self, file):
-        self.report("sent", path=self.fs.fs2ftp(file), bytes=os.path.getsize(file))
+        self.report("sent", path=self._path(file), bytes=os.path.getsize(file))
 
     def on_incomplete_file_sent(self, file):
-        self.report("download-broken", path=self.fs.fs2ftp(file))
+        self.report("download-broken", path=self._path(file))
 
 
 class Service:
@@ -200,6 +205,7 @@ class Service:
             "authorizer": authorizer,
             "dtp_handler": transfer,
             "fault": fault.kind,
+            "home": os.path.realpath(home),
             "report": staticmethod(self._report),
             "uploaded": staticmethod(uploaded),
         }
