@@ -1,7 +1,7 @@
 # shellcheck shell=bash disable=SC2034
 # Sourced by the scripts: the Debian and Ubuntu packages that the project needs, and how missing ones are installed.
 
-readonly build_packages=(g++ cmake ninja-build qtbase5-dev)
+readonly build_packages=(g++ cmake ninja-build qtbase5-dev zlib1g-dev)
 readonly boat_packages=(python3 python3-pyftpdlib iproute2)
 # To show the window where there is no display, and to look at it.
 readonly off_screen_packages=(xvfb xdotool imagemagick)
