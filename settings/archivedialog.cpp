@@ -2,7 +2,9 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
 #include <QFileDialog>
+#include <QMessageBox>
 #include <QPointer>
 #include <QSettings>
 
@@ -14,10 +16,18 @@ QString stateKey()
     return QStringLiteral("Dialogs/settings");
 }
 
-QFileDialog *newDialog(QWidget *parent, const QString &title, QFileDialog::AcceptMode acceptMode,
+QString ending()
+{
+    return QStringLiteral(".tar.gz");
+}
+
+// The window's, not the page's: a page that is locked meanwhile would lock its dialog, and the window behind
+// it.
+QFileDialog *newDialog(QWidget *page, const QString &title, QFileDialog::AcceptMode acceptMode,
                        QFileDialog::FileMode fileMode)
 {
-    auto *dialog = new QFileDialog(parent, title);
+    auto *dialog = new QFileDialog(page->window(), title);
+    QObject::connect(page, &QObject::destroyed, dialog, &QObject::deleteLater);
     dialog->setAcceptMode(acceptMode);
     dialog->setFileMode(fileMode);
     dialog->setNameFilter(QCoreApplication::translate("ServerWidget", "Kelvora Settings Backup (*.tar.gz)"));
@@ -37,36 +47,74 @@ void saveMemory(const QFileDialog *dialog)
     QSettings().setValue(stateKey(), dialog->saveState());
 }
 
+// Empty when the user cancelled, or when the page died in the nested event loop, and the dialog with it.
+QString run(const QPointer<QFileDialog> &dialog)
+{
+    return dialog->exec() == QDialog::Accepted && dialog ? dialog->selectedFiles().value(0) : QString();
+}
+
+// The dialog adds the ending only to a name without any, and takes the "2026" of "Backup 25.11.2026" for one.
+QString withEnding(const QString &fileName)
+{
+    return fileName.endsWith(ending(), Qt::CaseInsensitive) ? fileName : fileName + ending();
+}
+
+enum class Answer { Replace, Keep, None };
+
+// Asks about a name that the dialog did not see; about the others it has asked by itself. No answer comes
+// when the window or the program ends.
+Answer askToReplace(QWidget *window, const QString &fileName)
+{
+    const QPointer<QMessageBox> box = new QMessageBox(
+        QMessageBox::Warning, QCoreApplication::translate("ServerWidget", "Save As"),
+        QCoreApplication::translate("ServerWidget", "%1 already exists.\nDo you want to replace it?")
+            .arg(QDir::toNativeSeparators(fileName)),
+        QMessageBox::Yes | QMessageBox::No, window);
+    box->setTextFormat(Qt::PlainText);
+    box->setDefaultButton(QMessageBox::No);
+    const int button = box->exec();
+    if (!box || box->isVisible())
+        return Answer::None;
+    delete box;
+    return button == QMessageBox::Yes ? Answer::Replace : Answer::Keep;
+}
+
 } // namespace
 
-QFileDialog *archivedialog::forBackup(QWidget *parent, const QString &defaultFolder, const QString &fileName)
+QString archivedialog::fileForBackup(QWidget *page, const QString &defaultFolder, const QString &fileName)
 {
-    auto *dialog = newDialog(parent, QCoreApplication::translate("ServerWidget", "Save As"),
-                             QFileDialog::AcceptSave, QFileDialog::AnyFile);
-    dialog->setDefaultSuffix(QStringLiteral("tar.gz"));
+    const QPointer<QFileDialog> dialog =
+        newDialog(page, QCoreApplication::translate("ServerWidget", "Save As"), QFileDialog::AcceptSave,
+                  QFileDialog::AnyFile);
+    dialog->setDefaultSuffix(ending().mid(1));
     dialog->selectFile(fileName);
     restoreMemory(dialog, defaultFolder);
-    return dialog;
+    QString chosen;
+    Answer answer = Answer::Keep;
+    while (dialog && answer == Answer::Keep) {
+        const QString typed = run(dialog);
+        chosen = typed.isEmpty() ? QString() : withEnding(typed);
+        answer = chosen == typed || !QFile::exists(chosen) ? Answer::Replace
+                                                           : askToReplace(dialog->parentWidget(), chosen);
+    }
+    if (answer == Answer::None)
+        chosen.clear();
+    if (dialog && !chosen.isEmpty())
+        saveMemory(dialog);
+    delete dialog;
+    return chosen;
 }
 
-QFileDialog *archivedialog::forRestore(QWidget *parent, const QString &defaultFolder)
+QString archivedialog::fileForRestore(QWidget *page, const QString &defaultFolder)
 {
-    auto *dialog = newDialog(parent, QCoreApplication::translate("ServerWidget", "Choose file to Restore"),
-                             QFileDialog::AcceptOpen, QFileDialog::ExistingFile);
+    const QPointer<QFileDialog> dialog =
+        newDialog(page, QCoreApplication::translate("ServerWidget", "Choose file to Restore"),
+                  QFileDialog::AcceptOpen, QFileDialog::ExistingFile);
     dialog->setOption(QFileDialog::HideNameFilterDetails);
     restoreMemory(dialog, defaultFolder);
-    return dialog;
-}
-
-QString archivedialog::run(QFileDialog *shown)
-{
-    // The parent may die in the nested event loop, and the dialog with it.
-    const QPointer<QFileDialog> dialog = shown;
-    QString chosen;
-    if (dialog->exec() == QDialog::Accepted && dialog) {
+    QString chosen = run(dialog);
+    if (dialog && !chosen.isEmpty())
         saveMemory(dialog);
-        chosen = dialog->selectedFiles().value(0);
-    }
     delete dialog;
     return chosen;
 }

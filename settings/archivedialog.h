@@ -4,20 +4,18 @@
 
 #include <QString>
 
-class QFileDialog;
 class QWidget;
 
+// Both run an event loop of their own, and return the file chosen; an empty name when the user cancelled, or
+// when the page or the program ended meanwhile: check the page before touching it.
 namespace archivedialog
 {
 
-/// Asks where to save a backup; the file of the given full name is preselected. The parent owns the dialog.
-QFileDialog *forBackup(QWidget *parent, const QString &defaultFolder, const QString &fileName);
+/// Asks where to save a backup; the file of the given full name is preselected. The name returned ends in
+/// ".tar.gz", and the user has agreed to lose an older file of that name.
+QString fileForBackup(QWidget *page, const QString &defaultFolder, const QString &fileName);
 
-/// Asks for the backup to restore. The parent owns the dialog.
-QFileDialog *forRestore(QWidget *parent, const QString &defaultFolder);
-
-/// Lets the dialog run. Returns the file chosen; empty when the user cancelled, or when the parent or the
-/// program ended meanwhile: check the parent before touching it. The dialog is gone afterwards.
-QString run(QFileDialog *shown);
+/// Asks for the backup to restore.
+QString fileForRestore(QWidget *page, const QString &defaultFolder);
 
 } // namespace archivedialog

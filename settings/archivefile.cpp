@@ -1,29 +1,13 @@
 #include "settings/archivefile.h"
 
-#include <QFile>
-
-#include <cerrno>
-#include <filesystem>
-#include <system_error>
-
-#ifdef Q_OS_WIN
-#include <io.h>
-#else
-#include <unistd.h>
-#endif
+#include <QCoreApplication>
 
 namespace
 {
 
-std::filesystem::path toPath(const QString &fileName)
-{
-    // A name may hold what is no text, for instance half of a surrogate pair; converting that would throw.
-#ifdef Q_OS_WIN
-    return std::filesystem::path(fileName.toStdWString());
-#else
-    return std::filesystem::path(QFile::encodeName(fileName).toStdString());
-#endif
-}
+// Small enough for painting and input to notice nothing, also where a piece unpacks to a thousand times its
+// size.
+constexpr qint64 pieceBytes = qint64(64) * 1024;
 
 } // namespace
 
@@ -37,30 +21,37 @@ QString archivefile::finalName(QString partName)
     return partName.remove(QLatin1String(".part"));
 }
 
-// QFile offers no call that waits for the disk, and QSaveFile, which does wait, writes under a name of its
-// own instead of the ".part" one. This one call of the system is worth it, since a rename may otherwise
-// outlive a power cut that its bytes do not. It is also where a network drive tells that it is full.
-bool archivefile::flushToDisk(QFileDevice &file)
+archivefile::Placing::Placing(const QString &part, const QString &confirmed)
+    : source(part), target(finalName(part)), mayReplace(target.fileName() == confirmed)
 {
-    if (!file.flush())
-        return false;
-#ifdef Q_OS_WIN
-    return _commit(file.handle()) == 0;
-#else
-    // Some file systems have nothing to wait for, and say so.
-    return fsync(file.handle()) == 0 || errno == EINVAL || errno == ENOTSUP;
-#endif
 }
 
-void archivefile::takeFinalName(const QString &part, const QString &confirmed)
+archivefile::Placing::Progress archivefile::Placing::goOn()
 {
-    const QString name = finalName(part);
-    if (name != confirmed) {
-        // Refuses where the name is taken: about that file nobody was asked.
-        QFile::rename(part, name);
-        return;
+    if (!target.isOpen() && !open())
+        return source.isOpen() ? Progress::NoPlace : Progress::Unreadable;
+    const QByteArray piece = source.read(pieceBytes);
+    if (source.error() != QFileDevice::NoError || target.write(piece) != piece.size())
+        return Progress::Unreadable;
+    end.feed(piece.constData(), piece.size());
+    if (!source.atEnd())
+        return Progress::More;
+    if (end.isMissing())
+        return Progress::Unfinished;
+    // Waits for the disk: the name must not outlive a power cut that the bytes do not.
+    return target.commit() ? Progress::Placed : Progress::Unreadable;
+}
+
+bool archivefile::Placing::open()
+{
+    if (!source.open(QIODevice::ReadOnly))
+        return false;
+    if (!mayReplace && QFile::exists(target.fileName())) {
+        reason = QCoreApplication::translate("ArchiveFile", "The file exists already");
+        return false;
     }
-    // QFile::rename() would refuse here too, although the user has agreed to lose the older file.
-    std::error_code ignored;
-    std::filesystem::rename(toPath(part), toPath(name), ignored);
+    if (target.open(QIODevice::WriteOnly))
+        return true;
+    reason = target.errorString();
+    return false;
 }

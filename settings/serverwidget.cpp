@@ -4,27 +4,23 @@
 #include "discovery/protocol.h"
 #include "discovery/udphbclient.h"
 #include "settings/archivedialog.h"
-#include "settings/archivefile.h"
 #include "ui_servercontrol.h"
 
 #include <QDateTime>
-#include <QDebug>
 #include <QDir>
-#include <QFile>
-#include <QFileDialog>
 #include <QFileInfo>
-#include <QNetworkAccessManager>
-#include <QNetworkRequest>
+#include <QGridLayout>
+#include <QPointer>
+#include <QSpacerItem>
 #include <QStandardPaths>
+#include <QTimer>
 #include <QUdpSocket>
 
 namespace
 {
 
-constexpr int downloadAttempts = 15;
-constexpr int pollIntervalMs = 1000;
-// The network access manager waits for ever for an FTP server that has fallen silent.
-constexpr int stallTimeoutMs = 30000;
+// Room in a title bar for its buttons, beside the title.
+constexpr int titleBarButtonsPx = 140;
 
 QUrl archiveWithoutHost()
 {
@@ -49,16 +45,24 @@ QString defaultBackupName()
            QDateTime::currentDateTime().toString(Qt::ISODate).replace(QLatin1Char(':'), QLatin1Char('-'));
 }
 
+// Boxes are as wide as their text, which is shorter than some titles.
+void makeRoomForTitle(QMessageBox &box)
+{
+    const int width = box.fontMetrics().horizontalAdvance(box.windowTitle()) + titleBarButtonsPx;
+    if (auto *layout = qobject_cast<QGridLayout *>(box.layout()))
+        layout->addItem(new QSpacerItem(width, 0), layout->rowCount(), 0, 1, layout->columnCount());
+}
+
 } // namespace
 
 ServerWidget::ServerWidget(QWidget *parent, udpHBClient *sharedClient)
     : QWidget(parent), ui(std::make_unique<Ui::ServerControl>()), client(sharedClient),
-      defaultFolder(documentsOrHome()), udpSocket(new QUdpSocket(this)),
-      network(new QNetworkAccessManager(this)), archiveUrl(archiveWithoutHost()),
-      attemptsLeft(downloadAttempts)
+      defaultFolder(documentsOrHome()), udpSocket(new QUdpSocket(this)), archiveUrl(archiveWithoutHost())
 {
     qRegisterMetaType<QNetworkReply::NetworkError>();
+    qRegisterMetaType<ArchiveTransfer::Outcome>();
     ui->setupUi(this);
+    ui->label_CurrentServer->setTextFormat(Qt::PlainText);
     setButtonsEnabled(false);
     connect(client, &udpHBClient::listUpdated, this, &ServerWidget::updateGUI);
     connect(client, &udpHBClient::n6BeaconReceived, this, &ServerWidget::updateGUI);
@@ -67,22 +71,14 @@ ServerWidget::ServerWidget(QWidget *parent, udpHBClient *sharedClient)
     connect(ui->restoreButton, &QPushButton::clicked, this, &ServerWidget::startRestore);
     connect(ui->factoryButton, &QPushButton::clicked, this, &ServerWidget::startFactoryReset);
 
-    pollTimer.setSingleShot(true);
-    pollTimer.setInterval(pollIntervalMs);
-    connect(&pollTimer, &QTimer::timeout, this, &ServerWidget::tryDownload);
-    stallTimer.setSingleShot(true);
-    stallTimer.setInterval(stallTimeoutMs);
-    connect(&stallTimer, &QTimer::timeout, this, [this] {
-        if (currentReply)
-            currentReply->abort();
-    });
+    connect(&transfer, &ArchiveTransfer::attemptFailed, this, [this] { busy = false; });
+    // The page answers with a box, which runs an event loop of its own: nothing of the transfer may be on the
+    // stack of it.
+    connect(&transfer, &ArchiveTransfer::ended, this, &ServerWidget::transferEnded, Qt::QueuedConnection);
     updateGUI();
 }
 
-ServerWidget::~ServerWidget()
-{
-    dropTransfer();
-}
+ServerWidget::~ServerWidget() = default;
 
 void ServerWidget::updateGUI()
 {
@@ -93,43 +89,53 @@ void ServerWidget::updateGUI()
                                                             : tr("Current server:  ") + serverSerial);
     if (!busy && !serverAddress.isNull())
         setButtonsEnabled(true);
+    // The N6 that is writing an archive may get another address meanwhile.
+    if (!serverSerial.isEmpty() && serverSerial == target.serial)
+        transfer.follow(client->n6Device().address.toString());
 }
 
 void ServerWidget::startBackup()
 {
     if (serverAddress.isNull())
         return;
+    const Instrument asked = shownServer();
     const QPointer<ServerWidget> self = this;
-    const QString chosen = archivedialog::run(
-        archivedialog::forBackup(this, defaultFolder, defaultFolder + defaultBackupName()));
+    const QString chosen =
+        archivedialog::fileForBackup(this, defaultFolder, defaultFolder + defaultBackupName());
     if (!self || chosen.isEmpty())
         return;
+    // The same instrument may have got another address; one without a serial is known by its address only.
+    const bool isSame = isMeant(asked) || (!asked.serial.isEmpty() && currentServer().serial == asked.serial);
+    if (!isSame) {
+        transferEnded(ArchiveTransfer::Outcome::FetchFailed, QString());
+        return;
+    }
+    updateGUI();
     // An earlier backup that is still polling gives way to this one.
-    dropTransfer();
-    sendTwice(&ServerWidget::sendBackup);
-    busy = true;
-    setButtonsEnabled(false);
+    target = shownServer();
+    transfer.fetchSoon(archiveUrl, chosen);
+    sendTwice([this] { sendBackup(); });
+    setBusy();
     disconnect(client, &udpHBClient::listUpdated, this, &ServerWidget::updateGUI);
-    backupTarget = chosen;
-    // The N6 that got the command is polled, also when another one has become the server meanwhile: that one
-    // may hold an old archive.
-    transferUrl = archiveUrl;
-    attemptsLeft = downloadAttempts;
-    pollTimer.start();
 }
 
 void ServerWidget::startRestore()
 {
     if (serverAddress.isNull())
         return;
+    const Instrument asked = shownServer();
     const QPointer<ServerWidget> self = this;
-    const QString chosen = archivedialog::run(archivedialog::forRestore(this, defaultFolder));
+    const QString chosen = archivedialog::fileForRestore(this, defaultFolder);
     if (!self || chosen.isEmpty())
         return;
-    busy = true;
-    setButtonsEnabled(false);
     // A backup that was still polling is given up, and with it its hold on the page.
+    transfer.drop();
     connect(client, &udpHBClient::listUpdated, this, &ServerWidget::updateGUI, Qt::UniqueConnection);
+    if (!isMeant(asked)) {
+        endRestore(false);
+        return;
+    }
+    setBusy();
     uploadFile(chosen);
 }
 
@@ -137,11 +143,13 @@ void ServerWidget::startFactoryReset()
 {
     if (serverAddress.isNull())
         return;
+    const Instrument asked = shownServer();
     // A notice rather than a question: the box has one button, and closing it in any way leads on.
     if (showBox(QMessageBox::Warning, tr("Factory Reset"),
                 tr("Warning: All settings will be deleted from the server.\nDo you want to continue?"),
-                QMessageBox::Yes))
-        sendTwice(&ServerWidget::sendFactoryReset);
+                QMessageBox::Yes) &&
+        isMeant(asked))
+        sendTwice([this] { sendFactoryReset(); });
 }
 
 void ServerWidget::sendBackup()
@@ -161,203 +169,88 @@ void ServerWidget::sendFactoryReset()
 
 void ServerWidget::uploadFile(const QString &fileName)
 {
-    dropTransfer();
-    lastError = QNetworkReply::NoError;
-    transferUrl = archiveUrl;
-    currentFile = new QFile(fileName);
-    // From a file that cannot be read the manager would upload zero bytes and report success.
-    if (!currentFile->open(QIODevice::ReadOnly) ||
-        (currentFile->peek(1).isEmpty() && currentFile->error() != QFileDevice::NoError)) {
-        uploadError(QNetworkReply::UnknownContentError);
-        uploadFinished();
-        return;
-    }
-    QNetworkReply *reply = network->put(freshRequest(), currentFile);
-    connect(reply, &QNetworkReply::errorOccurred, this, &ServerWidget::uploadError);
-    connect(reply, &QNetworkReply::finished, this, &ServerWidget::uploadFinished);
-    watch(reply);
-}
-
-void ServerWidget::uploadError(QNetworkReply::NetworkError error)
-{
-    qDebug().noquote() << "upload error:" << error;
-    lastError = error;
-    busy = false;
-}
-
-void ServerWidget::uploadFinished()
-{
-    // Some servers confirm an archive that has arrived cut off, and a local file may fail under the upload.
-    // When another N6 has become the server, or none is left, the restore command would miss the one that got
-    // the archive. A server that was away only meanwhile does no harm.
-    const bool whole =
-        currentFile.isNull() || (currentFile->atEnd() && currentFile->error() == QFileDevice::NoError);
-    if (lastError == QNetworkReply::NoError && !(whole && transferUrl == archiveUrl))
-        uploadError(QNetworkReply::UnknownContentError);
-    closeTransfer();
-    if (lastError == QNetworkReply::NoError)
-        sendTwice(&ServerWidget::sendRestore);
-    reportLater(&ServerWidget::reportUpload);
-}
-
-void ServerWidget::reportUpload(int error)
-{
-    const bool closed = error == QNetworkReply::NoError
-                            ? showBox(QMessageBox::Information, tr("Backup upload complete!"),
-                                      tr("Settings upload complete."))
-                            : showBox(QMessageBox::Critical, tr("Settings upload failed!"),
-                                      tr("Can not upload to system.\nTry again when server is available."));
-    // The buttons come back with the next heartbeat.
-    if (closed && !isUnderWay())
-        busy = false;
+    target = shownServer();
+    transfer.store(archiveUrl, fileName);
 }
 
 void ServerWidget::downloadFile(const QString &fileName)
 {
-    backupTarget = fileName;
-    transferUrl = archiveUrl;
-    tryDownload();
+    target = shownServer();
+    transfer.fetch(archiveUrl, fileName);
 }
 
-void ServerWidget::tryDownload()
+void ServerWidget::transferEnded(ArchiveTransfer::Outcome outcome, const QString &detail)
 {
-    dropTransfer();
-    lastError = QNetworkReply::NoError;
-    currentFile = new QFile(archivefile::partName(backupTarget));
-    if (!currentFile->open(QIODevice::WriteOnly | QIODevice::Truncate)) {
-        const QString text = currentFile->fileName() + QLatin1Char('\n') + currentFile->errorString();
-        closeTransfer();
-        showBox(QMessageBox::Critical, tr("Unable to create backup!"), text);
-        return;
+    using Outcome = ArchiveTransfer::Outcome;
+    switch (outcome) {
+    case Outcome::Fetched:
+        endBackup(QMessageBox::Information, tr("Backup download complete!"), tr("Settings backup complete."));
+        break;
+    case Outcome::NotReady:
+        endBackup(QMessageBox::Warning, tr("Backup download failed!"),
+                  tr("Kelvora server was not able to backup your settings."));
+        break;
+    case Outcome::FetchFailed:
+        endBackup(QMessageBox::Critical, tr("Backup download failed!"),
+                  tr("Can not access backup on server.\nTry again when a server is available."));
+        break;
+    case Outcome::NotPlaced:
+        endBackup(QMessageBox::Critical, tr("Unable to create backup!"), detail);
+        break;
+    case Outcome::NoPartFile:
+        // The buttons stay as they are.
+        showBox(QMessageBox::Critical, tr("Unable to create backup!"), detail);
+        break;
+    case Outcome::Stored:
+    case Outcome::StoreFailed:
+        endRestore(outcome == Outcome::Stored);
+        break;
     }
-    QNetworkReply *reply = network->get(freshRequest());
-    connect(reply, &QNetworkReply::readyRead, this, &ServerWidget::downloadReadyRead);
-    connect(reply, &QNetworkReply::errorOccurred, this, &ServerWidget::downloadError);
-    connect(reply, &QNetworkReply::finished, this, &ServerWidget::downloadFinished);
-    watch(reply);
 }
 
-void ServerWidget::downloadReadyRead()
+void ServerWidget::endBackup(QMessageBox::Icon icon, const QString &title, const QString &text)
 {
-    if (!currentReply || !currentFile)
-        return;
-    const QByteArray received = currentReply->readAll();
-    if (currentFile->write(received) != received.size())
-        currentReply->abort();
-}
-
-void ServerWidget::downloadError(QNetworkReply::NetworkError error)
-{
-    qDebug().noquote() << "download error:" << error;
-    lastError = error;
-    --attemptsLeft;
-    busy = false;
-}
-
-void ServerWidget::downloadFinished()
-{
-    qDebug().noquote() << "download finished";
-    if (!currentFile)
-        return;
-    const QString part = currentFile->fileName();
-    if (lastError == QNetworkReply::NoError && !sealPartFile())
-        downloadError(QNetworkReply::UnknownContentError);
-    closeTransfer();
-    if (lastError == QNetworkReply::NoError)
-        archivefile::takeFinalName(part, backupTarget);
-    else
-        QFile::remove(part);
-    if (lastError == QNetworkReply::ContentNotFoundError && attemptsLeft >= 1) {
-        qDebug().noquote() << "backup not ready" << attemptsLeft << "attempts left";
-        pollTimer.start();
-        return;
-    }
-    reportLater(&ServerWidget::reportDownload);
-}
-
-void ServerWidget::reportDownload(int error)
-{
-    bool closed = false;
-    if (error == QNetworkReply::NoError)
-        closed = showBox(QMessageBox::Information, tr("Backup download complete!"),
-                         tr("Settings backup complete."));
-    else if (error == QNetworkReply::ContentNotFoundError)
-        closed = showBox(QMessageBox::Warning, tr("Backup download failed!"),
-                         tr("Kelvora server was not able to backup your settings."));
-    else
-        closed = showBox(QMessageBox::Critical, tr("Backup download failed!"),
-                         tr("Can not access backup on server.\nTry again when a server is available."));
-    if (!closed || isUnderWay())
+    // Another transfer may have been started while the box was open.
+    if (!showBox(icon, title, text) || transfer.isUnderWay())
         return;
     busy = false;
     connect(client, &udpHBClient::listUpdated, this, &ServerWidget::updateGUI, Qt::UniqueConnection);
     updateGUI();
 }
 
-// Finds what the network layer does not report: an archive that ends early, and a disk that does not take it.
-bool ServerWidget::sealPartFile()
+void ServerWidget::endRestore(bool isStored)
 {
-    const QVariant announced =
-        currentReply ? currentReply->header(QNetworkRequest::ContentLengthHeader) : QVariant();
-    return archivefile::flushToDisk(*currentFile) &&
-           (!announced.isValid() || announced.toLongLong() == currentFile->size());
+    // The restore command must not reach another instrument than the one that got the archive.
+    const bool isComplete = isStored && isMeant(target);
+    if (isComplete)
+        sendTwice([this] { sendRestore(); });
+    const bool closed = isComplete
+                            ? showBox(QMessageBox::Information, tr("Backup upload complete!"),
+                                      tr("Settings upload complete."))
+                            : showBox(QMessageBox::Critical, tr("Settings upload failed!"),
+                                      tr("Can not upload to system.\nTry again when server is available."));
+    // The buttons come back with the next heartbeat.
+    if (closed && !transfer.isUnderWay())
+        busy = false;
 }
 
-// The manager keeps an idle connection for minutes, and would wait in vain on one to an N6 that has restarted
-// since.
-QNetworkRequest ServerWidget::freshRequest()
+// As the client knows it at this moment. What the page shows follows with the next heartbeat only.
+ServerWidget::Instrument ServerWidget::currentServer() const
 {
-    network->clearConnectionCache();
-    return QNetworkRequest(transferUrl);
+    const N6Device &n6 = client->n6Device();
+    return {client->serverAddress(), n6.online ? n6.serial : QString()};
 }
 
-void ServerWidget::watch(QNetworkReply *reply)
+// Whether the user's choice still holds: boxes, dialogs and transfers take their time.
+bool ServerWidget::isMeant(const Instrument &instrument) const
 {
-    currentReply = reply;
-    const auto keepWaiting = [this] { stallTimer.start(); };
-    connect(reply, &QNetworkReply::downloadProgress, this, keepWaiting);
-    connect(reply, &QNetworkReply::uploadProgress, this, keepWaiting);
-    stallTimer.start();
+    return currentServer() == instrument;
 }
 
-// A box runs an event loop of its own, in which the page may go, and the reply with it: none of the reply's
-// signals may be on the stack then. Nor would the reply be deleted before the box is closed.
-void ServerWidget::reportLater(void (ServerWidget::*report)(int))
+void ServerWidget::setBusy()
 {
-    QTimer::singleShot(0, this, [this, report, error = lastError] { (this->*report)(error); });
-}
-
-// A transfer may have been started between the end of an older one and the closing of its box.
-bool ServerWidget::isUnderWay() const
-{
-    return !currentReply.isNull() || pollTimer.isActive();
-}
-
-void ServerWidget::closeTransfer()
-{
-    stallTimer.stop();
-    if (currentReply) {
-        currentReply->disconnect(this);
-        currentReply->abort();
-        // Until its reply has gone, an aborted upload may read on: its file goes along.
-        if (currentFile && currentFile->isReadable()) {
-            currentFile->setParent(currentReply);
-            currentFile.clear();
-        }
-        currentReply->deleteLater();
-        currentReply.clear();
-    }
-    delete currentFile;
-}
-
-// Ends what is under way without a word, as it is replaced or the page goes.
-void ServerWidget::dropTransfer()
-{
-    pollTimer.stop();
-    const QString part = currentFile && currentFile->isWritable() ? currentFile->fileName() : QString();
-    closeTransfer();
-    if (!part.isEmpty())
-        QFile::remove(part);
+    busy = true;
+    setButtonsEnabled(false);
 }
 
 void ServerWidget::setButtonsEnabled(bool enabled)
@@ -367,13 +260,14 @@ void ServerWidget::setButtonsEnabled(bool enabled)
     ui->factoryButton->setEnabled(enabled);
 }
 
-void ServerWidget::sendTwice(void (ServerWidget::*send)())
+template <typename Send>
+void ServerWidget::sendTwice(Send send)
 {
-    (this->*send)();
+    send();
     // What was meant for one N6 must not be repeated to another.
-    QTimer::singleShot(protocol::commandRepeatMs, this, [this, send, receiver = serverAddress] {
-        if (serverAddress == receiver)
-            (this->*send)();
+    QTimer::singleShot(protocol::commandRepeatMs, this, [this, send, receiver = shownServer()] {
+        if (isMeant(receiver))
+            send();
     });
 }
 
@@ -389,7 +283,13 @@ void ServerWidget::sendCommand(const QByteArray &datagram)
 bool ServerWidget::showBox(QMessageBox::Icon icon, const QString &title, const QString &text,
                            QMessageBox::StandardButtons buttons)
 {
-    const QPointer<QMessageBox> box = new QMessageBox(icon, title, text, buttons, this);
+    // The window's, not the page's: a page that is locked meanwhile would lock its box, and the window behind
+    // it.
+    const QPointer<QMessageBox> box = new QMessageBox(icon, title, text, buttons, window());
+    connect(this, &QObject::destroyed, box, &QObject::deleteLater);
+    // File and device names are shown as they are.
+    box->setTextFormat(Qt::PlainText);
+    makeRoomForTitle(*box);
     box->exec();
     if (!box)
         return false;

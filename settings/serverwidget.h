@@ -2,19 +2,17 @@
 // window owns the page; the page owns the one transfer that may be under way.
 #pragma once
 
+#include "settings/archivetransfer.h"
+
 #include <QHostAddress>
 #include <QMessageBox>
 #include <QNetworkReply>
-#include <QPointer>
 #include <QString>
-#include <QTimer>
 #include <QUrl>
 #include <QWidget>
 
 #include <memory>
 
-class QFile;
-class QNetworkAccessManager;
 class QUdpSocket;
 class udpHBClient;
 
@@ -48,28 +46,36 @@ public slots:
     void sendFactoryReset();
     /// Uploads a local archive to the N6, which is then told to take it over.
     void uploadFile(const QString &fileName);
-    void uploadFinished();
-    void uploadError(QNetworkReply::NetworkError error);
-    /// Tries once to fetch the archive for this file; it grows under a ".part" name.
+    void uploadFinished() { transfer.uploadFinished(); }
+    void uploadError(QNetworkReply::NetworkError error) { transfer.uploadError(error); }
+    /// Fetches the archive for this file; it grows under a ".part" name.
     void downloadFile(const QString &fileName);
-    void downloadFinished();
-    void downloadReadyRead();
-    void downloadError(QNetworkReply::NetworkError error);
+    void downloadFinished() { transfer.downloadFinished(); }
+    void downloadReadyRead() { transfer.downloadReadyRead(); }
+    void downloadError(QNetworkReply::NetworkError error) { transfer.downloadError(error); }
 
 private:
+    /// Who holds the settings. A command names its receiver by both, so that none reaches another instrument.
+    struct Instrument {
+        QHostAddress address;
+        QString serial; ///< empty while the N6 itself is not heard
+        bool operator==(const Instrument &other) const
+        {
+            return address == other.address && serial == other.serial;
+        }
+    };
+
+    Instrument shownServer() const { return {serverAddress, serverSerial}; }
+    Instrument currentServer() const;
+    bool isMeant(const Instrument &instrument) const;
+    void setBusy();
     void setButtonsEnabled(bool enabled);
     void sendCommand(const QByteArray &datagram);
-    void sendTwice(void (ServerWidget::*send)());
-    QNetworkRequest freshRequest();
-    void watch(QNetworkReply *reply);
-    void tryDownload();
-    bool sealPartFile();
-    void reportLater(void (ServerWidget::*report)(int error));
-    void reportUpload(int error);
-    void reportDownload(int error);
-    bool isUnderWay() const;
-    void closeTransfer();
-    void dropTransfer();
+    template <typename Send>
+    void sendTwice(Send send);
+    void transferEnded(ArchiveTransfer::Outcome outcome, const QString &detail);
+    void endBackup(QMessageBox::Icon icon, const QString &title, const QString &text);
+    void endRestore(bool isStored);
     bool showBox(QMessageBox::Icon icon, const QString &title, const QString &text,
                  QMessageBox::StandardButtons buttons = QMessageBox::Ok);
 
@@ -79,15 +85,8 @@ private:
     QString serverSerial;
     QString defaultFolder;
     QUdpSocket *udpSocket;
-    QNetworkAccessManager *network;
     QUrl archiveUrl;
-    QUrl transferUrl; // as archiveUrl was when the transfer under way was begun
-    QPointer<QFile> currentFile;
-    QPointer<QNetworkReply> currentReply;
-    int lastError = 0;
-    int attemptsLeft;
+    Instrument target; // of the transfer under way
     bool busy = false;
-    QString backupTarget;
-    QTimer pollTimer{this};
-    QTimer stallTimer{this};
+    ArchiveTransfer transfer{this};
 };

@@ -22,6 +22,7 @@ public:
 
     std::function<bool(QDialog *)> answer; // tried before the usual one
     QStringList boxes;                     // icon and title
+    QString file;
 
 private:
     void look()
@@ -50,6 +51,5 @@ private:
         answered = nullptr;
     }
 
-    QString file;
     QPointer<QDialog> answered;
 };

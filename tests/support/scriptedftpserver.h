@@ -7,6 +7,7 @@
 #include <QHostAddress>
 #include <QTcpServer>
 #include <QTcpSocket>
+#include <QTimer>
 
 #include <functional>
 
@@ -55,6 +56,10 @@ public:
                                           {"RNFR", "350 To?\r\n"}};
     /// Asked first; true: it has dealt with the line.
     std::function<bool(const QByteArray &verb)> takeOver = [](const QByteArray &) { return false; };
+    /// Asked when a transfer may begin, after its go-ahead; true: it has dealt with it.
+    std::function<bool()> transferOver = [] { return false; };
+    /// How long it takes to confirm a transfer whose data has come to its end.
+    int confirmAfterMs = 0;
     bool bytewise = false;
     QByteArray file = "12345";
 
@@ -123,7 +128,9 @@ private:
         connect(socket, &QTcpSocket::disconnected, this, [this, socket] {
             if (socket == data)
                 data = nullptr;
-            if (!transfer.isEmpty())
+            if (!transfer.isEmpty() && confirmAfterMs > 0)
+                QTimer::singleShot(confirmAfterMs, this, [this] { reply("226 Done\r\n"); });
+            else if (!transfer.isEmpty())
                 reply("226 Done\r\n");
             transfer.clear();
             socket->deleteLater();
@@ -136,7 +143,7 @@ private:
         if (transfer.isEmpty() || !data || data->state() != QAbstractSocket::ConnectedState)
             return;
         reply("150 Go\r\n");
-        if (transfer == "STOR")
+        if (transferOver() || transfer == "STOR")
             return;
         data->write(transfer == "RETR" ? file : "-rw------- 1 a b 1 Apr 14 2000 x\r\n");
         data->disconnectFromHost();
