@@ -36,7 +36,7 @@ connectionState::connectionState(QWidget *parent, udpHBClient *sharedClient)
     setFixedHeight(heightPx);
     statusIcon->setStyleSheet(QStringLiteral("QPushButton{border:none}"));
     statusIcon->setIconSize(iconSizePx);
-    showIcon();
+    showQuality(ConnectionQuality::Error);
     // It only shows a picture of what the text says: nothing to press or to stop at.
     statusIcon->setFocusPolicy(Qt::NoFocus);
 
@@ -58,39 +58,43 @@ void connectionState::changeConStat()
 {
     if (incompatible)
         return;
-    const bool hasScreens = !client->screens().isEmpty();
-    if (!hasScreens && !client->n6Online())
-        showStatus(QStringLiteral("error"), tr("Connection problem, check your network settings"));
-    else if (!hasScreens)
-        showStatus(QStringLiteral("ok"), tr("N6 connection ok, no screens connected"));
-    else if (client->multipleServersDetected())
-        showStatus(QStringLiteral("warning"), tr("Connection ok") + tr(", but multiple servers configured"));
-    else if (!client->serverAddress().isNull())
-        showStatus(QStringLiteral("ok"), tr("Connection ok"));
-    else
-        showStatus(QStringLiteral("warning"), tr("Connection ok") + tr(", but no N6 found"));
+    Reachable known;
+    known.hasScreens = !client->screens().isEmpty();
+    known.isN6Online = client->n6Online();
+    known.hasServer = !client->serverAddress().isNull();
+    known.hasSeveralServers = client->multipleServersDetected();
+    show(verdictOn(known));
 }
 
 void connectionState::showIncompatible()
 {
     incompatible = true;
-    showStatus(QStringLiteral("warning"), tr("Found Gen1 devices, contact support for suitable software"));
+    show(verdictOnFirstGeneration());
 }
 
-void connectionState::showStatus(const QString &icon, const QString &text)
+void connectionState::show(const Verdict &verdict)
 {
     // Under many heartbeats the verdict is mostly the one already shown.
-    if (shownIcon == icon && statusText->text() == text)
+    if (statusText->text() == verdict.text)
         return;
-    shownIcon = icon;
-    showIcon();
-    statusText->setText(text);
+    statusText->setText(verdict.text);
+    showQuality(verdict.quality);
 }
 
-void connectionState::showIcon()
+void connectionState::showQuality(ConnectionQuality quality)
 {
-    statusIcon->setIcon(builtinIcon(shownIcon));
-    statusIcon->setAccessibleName(shownIcon == QLatin1String("ok")        ? tr("State: good")
-                                  : shownIcon == QLatin1String("warning") ? tr("State: warning")
-                                                                          : tr("State: error"));
+    switch (quality) {
+    case ConnectionQuality::Good:
+        statusIcon->setIcon(builtinIcon(QStringLiteral("ok")));
+        statusIcon->setAccessibleName(tr("State: good"));
+        break;
+    case ConnectionQuality::Warning:
+        statusIcon->setIcon(builtinIcon(QStringLiteral("warning")));
+        statusIcon->setAccessibleName(tr("State: warning"));
+        break;
+    case ConnectionQuality::Error:
+        statusIcon->setIcon(builtinIcon(QStringLiteral("error")));
+        statusIcon->setAccessibleName(tr("State: error"));
+        break;
+    }
 }

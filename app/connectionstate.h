@@ -1,5 +1,7 @@
 #pragma once
 
+#include "app/verdict.h"
+
 #include <QWidget>
 
 class QLabel;
@@ -23,12 +25,11 @@ public slots:
     void showIncompatible();
 
 private:
-    void showStatus(const QString &icon, const QString &text);
-    void showIcon();
+    void show(const Verdict &verdict);
+    void showQuality(ConnectionQuality quality);
 
     udpHBClient *client;
     bool incompatible = false;
-    QString shownIcon = QStringLiteral("error");
     QPushButton *statusIcon;
     QLabel *statusText;
     QLabel *extraText;

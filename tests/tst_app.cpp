@@ -1,7 +1,9 @@
 #include "app/connectionstate.h"
 #include "app/icons.h"
 #include "app/mainwindow.h"
+#include "app/verdict.h"
 #include "discovery/udphbclient.h"
+#include "tests/support/answers.h"
 #include "tests/support/heartbeatbytes.h"
 
 #include <QAbstractScrollArea>
@@ -54,23 +56,37 @@ class TestApp : public QObject
     Q_OBJECT
 
 private slots:
+    void verdictFollowsWhatIsKnown()
+    {
+        using Row = std::tuple<Reachable, ConnectionQuality, const char *>;
+        const auto good = ConnectionQuality::Good, warning = ConnectionQuality::Warning;
+        // Displays, the N6, a server and several of them.
+        for (const auto &[known, quality, text] :
+             {Row{{false, false, true, true},
+                  ConnectionQuality::Error,
+                  "Connection problem, check your network settings"},
+              Row{{false, true, true, true}, good, "N6 connection ok, no screens connected"},
+              Row{{true, true, true, true}, warning, "Connection ok, but multiple servers configured"},
+              Row{{true, false, true, false}, good, "Connection ok"},
+              Row{{true, true, false, false}, warning, "Connection ok, but no N6 found"}}) {
+            const Verdict verdict = verdictOn(known);
+            QCOMPARE(verdict.text, QLatin1String(text));
+            QVERIFY(verdict.quality == quality);
+        }
+    }
+
     void stripTellsWhatIsReachable()
     {
-        udpHBClient client(2), withoutN6(2);
-        const connectionState strip(nullptr, &client), stripWithoutN6(nullptr, &withoutN6);
+        udpHBClient client(2);
+        const connectionState strip(nullptr, &client);
         checkShown(strip, "error", "Not connected");
-        client.processHeartbeat(HeartbeatBytes::n6("N6"), at("127.0.0.20"));
-        checkShown(strip, "ok", "N6 connection ok, no screens connected");
         client.processHeartbeat(HeartbeatBytes::screen(0x00, "A"), at("127.0.0.21"));
+        checkShown(strip, "warning", "Connection ok, but no N6 found");
+        client.processHeartbeat(HeartbeatBytes::n6("N6"), at("127.0.0.20"));
         checkShown(strip, "ok", "Connection ok");
         client.processHeartbeat(HeartbeatBytes::screen(0x00, "VK38").left(38), at("127.0.0.22"));
         client.processHeartbeat(HeartbeatBytes::n6("N6"), at("127.0.0.20"));
         checkShown(strip, "warning", "Found Gen1 devices, contact support for suitable software");
-
-        withoutN6.processHeartbeat(HeartbeatBytes::screen(0x00, "A"), at("127.0.0.21"));
-        checkShown(stripWithoutN6, "warning", "Connection ok, but no N6 found");
-        withoutN6.processHeartbeat(HeartbeatBytes::screen(0x00, "A", true), at("127.0.0.21"));
-        checkShown(stripWithoutN6, "ok", "Connection ok");
     }
 
     void stripGivesAFirstVerdict()
@@ -105,6 +121,29 @@ private slots:
         client->processHeartbeat(HeartbeatBytes::screen(0x00, "TZ582").left(38), at("127.0.0.22"));
         client->processHeartbeat(HeartbeatBytes::n6("N6"), at("127.0.0.20"));
         QVERIFY(!tabs->isEnabled());
+    }
+
+    // A first-generation device that is heard under an open box must not leave the user before a locked box.
+    void boxesStayUsableWhenPagesAreLocked()
+    {
+        const Mainwindow window;
+        auto *client = window.findChild<udpHBClient *>();
+        client->processHeartbeat(HeartbeatBytes::n6("N6"), at("127.0.0.20"));
+        Answers answers;
+        QStringList usable;
+        answers.answer = [&](QDialog *shown) {
+            client->processHeartbeat(HeartbeatBytes::screen(0x00, "VK38").left(38), at("127.0.0.22"));
+            if (shown->isEnabled())
+                usable += shown->windowTitle();
+            shown->reject();
+            return true;
+        };
+        for (const char *name : {"backupButton", "restoreButton", "factoryButton"}) {
+            window.findChild<QTabWidget *>()->setEnabled(true);
+            window.findChild<QPushButton *>(QLatin1String(name))->click();
+        }
+        QCOMPARE(usable.join(QLatin1Char('|')),
+                 QStringLiteral("Save As|Choose file to Restore|Factory Reset"));
     }
 
     void everyControlIsNamedAndReached()

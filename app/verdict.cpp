@@ -1,0 +1,30 @@
+#include "app/verdict.h"
+
+#include <QCoreApplication>
+
+Verdict verdictOn(const Reachable &known)
+{
+    if (!known.hasScreens && !known.isN6Online)
+        return {ConnectionQuality::Error,
+                QCoreApplication::translate("connectionState",
+                                            "Connection problem, check your network settings")};
+    if (!known.hasScreens)
+        return {ConnectionQuality::Good,
+                QCoreApplication::translate("connectionState", "N6 connection ok, no screens connected")};
+    if (known.hasSeveralServers)
+        return {ConnectionQuality::Warning,
+                QCoreApplication::translate("connectionState", "Connection ok") +
+                    QCoreApplication::translate("connectionState", ", but multiple servers configured")};
+    if (known.hasServer)
+        return {ConnectionQuality::Good, QCoreApplication::translate("connectionState", "Connection ok")};
+    return {ConnectionQuality::Warning,
+            QCoreApplication::translate("connectionState", "Connection ok") +
+                QCoreApplication::translate("connectionState", ", but no N6 found")};
+}
+
+Verdict verdictOnFirstGeneration()
+{
+    return {ConnectionQuality::Warning,
+            QCoreApplication::translate("connectionState",
+                                        "Found Gen1 devices, contact support for suitable software")};
+}
