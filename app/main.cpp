@@ -1,9 +1,13 @@
 #include "app/mainwindow.h"
 
 #include <QApplication>
+#include <QNetworkProxyFactory>
 
 int main(int argc, char *argv[])
 {
+    // The boat is always reached directly. Otherwise the toolkit takes every socket to the proxy of a
+    // computer's office, those for heartbeats too.
+    QNetworkProxyFactory::setUseSystemConfiguration(false);
     // Read by the toolkit while the application object is made.
     qputenv("QT_AUTO_SCREEN_SCALE_FACTOR", "1");
     // The icons have a second size for such screens.
