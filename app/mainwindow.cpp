@@ -2,6 +2,7 @@
 
 #include "app/connectionstate.h"
 #include "app/icons.h"
+#include "discovery/devices.h"
 #include "discovery/udphbclient.h"
 #include "settings/serverwidget.h"
 #include "update/monitorupdate.h"
@@ -60,9 +61,9 @@ Mainwindow::~Mainwindow()
 
 void Mainwindow::addPages()
 {
-    tabs->addTab(new MonitorUpdate(client, QStringLiteral("SCREEN"), this), tr("Screen Updates"));
-    tabs->addTab(new MonitorUpdate(client, QStringLiteral("SCREEN2"), this), tr("Screen2 Updates"));
-    tabs->addTab(new MonitorUpdate(client, QStringLiteral("EINK"), this), tr("E-Ink Updates"));
+    tabs->addTab(new MonitorUpdate(client, displaytype::screen, this), tr("Screen Updates"));
+    tabs->addTab(new MonitorUpdate(client, displaytype::screen2, this), tr("Screen2 Updates"));
+    tabs->addTab(new MonitorUpdate(client, displaytype::eink, this), tr("E-Ink Updates"));
     tabs->addTab(new N6Widget(this, client), tr("N6 Setup and Update"));
     tabs->addTab(new ServerWidget(this, client), tr("N6 Configuration"));
     tabs->setTabEnabled(n6Tab, false);

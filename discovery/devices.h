@@ -4,8 +4,17 @@
 
 #include <QElapsedTimer>
 #include <QHostAddress>
+#include <QLatin1String>
 #include <QMetaType>
 #include <QString>
+
+/// The types of displays.
+namespace displaytype
+{
+constexpr QLatin1String screen("SCREEN", 6);
+constexpr QLatin1String screen2("SCREEN2", 7);
+constexpr QLatin1String eink("EINK", 4);
+} // namespace displaytype
 
 /// One display as its latest heartbeat described it. Two heartbeats belong to the same display when their
 /// sender addresses are equal.
@@ -13,7 +22,7 @@ struct ScreenDevice {
     QHostAddress address;       ///< sender of the heartbeat, the record's identity
     QElapsedTimer lastSeen;     ///< started when the heartbeat was accepted
     QString serial;             ///< at most 16 bytes on the wire
-    QString type;               ///< "SCREEN", "SCREEN2" or "EINK"
+    QString type;               ///< a displaytype
     QString firmwareVersion;    ///< empty for "EINK"
     QString systemVersion;      ///< shown as "OS"
     QString applicationVersion; ///< shown as "APP"

@@ -105,7 +105,7 @@ Record commonRecord(const QByteArray &datagram, const Versions &versions)
     return record;
 }
 
-ScreenDevice screenRecord(const QByteArray &datagram, const Versions &versions, const QString &type)
+ScreenDevice screenRecord(const QByteArray &datagram, const Versions &versions, QLatin1String type)
 {
     auto screen = commonRecord<ScreenDevice>(datagram, versions);
     screen.type = type;
@@ -119,7 +119,7 @@ ScreenDevice screenRecord(const QByteArray &datagram, const Versions &versions, 
 // E-ink displays measure no voltage, name no firmware and never hold the settings, whatever those bytes say.
 ScreenDevice einkRecord(const QByteArray &datagram, const Versions &versions)
 {
-    ScreenDevice screen = screenRecord(datagram, versions, QStringLiteral("EINK"));
+    ScreenDevice screen = screenRecord(datagram, versions, displaytype::eink);
     screen.firmwareVersion.clear();
     screen.supplyVoltage = std::numeric_limits<double>::quiet_NaN();
     screen.isServer = false;
@@ -177,9 +177,9 @@ Decoded decode(const QByteArray &datagram)
         return Ignored{};
     switch (kind) {
     case ScreenKind:
-        return screenRecord(datagram, *versions, QStringLiteral("SCREEN"));
+        return screenRecord(datagram, *versions, displaytype::screen);
     case Screen2Kind:
-        return screenRecord(datagram, *versions, QStringLiteral("SCREEN2"));
+        return screenRecord(datagram, *versions, displaytype::screen2);
     case EinkKind:
         return einkRecord(datagram, *versions);
     case GyroKind:

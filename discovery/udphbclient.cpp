@@ -27,6 +27,17 @@ bool ranLongerThan(const QElapsedTimer &timer, qint64 milliseconds)
     return timer.isValid() && timer.elapsed() > milliseconds;
 }
 
+// For how long a device has not been heard: no matter, long enough to ask it, or long enough to take it for
+// gone.
+enum class Silence { Short, Long, TooLong };
+
+Silence silenceSince(const QElapsedTimer &lastSeen)
+{
+    if (ranLongerThan(lastSeen, protocol::deviceTimeoutMs))
+        return Silence::TooLong;
+    return ranLongerThan(lastSeen, protocol::requestRepeatMs) ? Silence::Long : Silence::Short;
+}
+
 // Shared by the whole process; only keeps the log line of a filtered N6 heartbeat from repeating.
 QHostAddress &lastFilteredSender()
 {
@@ -133,7 +144,9 @@ void udpHBClient::readDatagrams(QUdpSocket *const &socket)
     QElapsedTimer reading;
     reading.start();
     const QUdpSocket *const current = socket;
-    while (socket == current && socket->hasPendingDatagrams() && reading.elapsed() < longestReadMs) {
+    // One whose bind failed has nothing to read, and would say so each time.
+    while (socket == current && socket->state() == QAbstractSocket::BoundState &&
+           socket->hasPendingDatagrams() && reading.elapsed() < longestReadMs) {
         const QNetworkDatagram datagram = socket->receiveDatagram();
         processHeartbeat(datagram.data(), datagram.senderAddress());
     }
@@ -159,7 +172,7 @@ void udpHBClient::acceptScreen(ScreenDevice screen, const QHostAddress &sender)
 {
     screen.address = sender;
     screen.lastSeen.start();
-    const bool isEink = screen.type == QLatin1String("EINK");
+    const bool isEink = screen.type == displaytype::eink;
     const int index = indexOfScreen(sender);
     if (index >= 0) {
         displays[index] = screen;
@@ -225,29 +238,31 @@ void udpHBClient::tick()
     bool requestDue =
         ranLongerThan(requestTimer, protocol::requestRepeatMs) && (mode == Active || server.isNull());
     const bool listChanged = expireScreens();
-    if (n6.online && ranLongerThan(n6.lastSeen, protocol::deviceTimeoutMs)) {
-        n6.online = false;
-        n6.address.clear();
-        emit n6BeaconReceived();
-    } else if (n6.online && ranLongerThan(n6.lastSeen, protocol::requestRepeatMs)) {
-        sendRequestTo(n6.address);
-        requestDue = true;
-    }
-    if (gyro.online && ranLongerThan(gyro.lastSeen, protocol::deviceTimeoutMs)) {
-        gyro.online = false;
-        gyro.address.clear();
-        emit gyroBeaconReceived();
-    } else if (gyro.online && ranLongerThan(gyro.lastSeen, protocol::requestRepeatMs)) {
-        // A gyro that has fallen silent is reason enough to ask everybody again.
-        sendRequestTo(gyro.address);
-        requestDue = true;
-    }
+    // One that has fallen silent is reason enough to ask everybody again.
+    requestDue |= expire(n6, [this] { emit n6BeaconReceived(); });
+    requestDue |= expire(gyro, [this] { emit gyroBeaconReceived(); });
     updateServer();
     emit heartbeatTick();
     if (listChanged)
         emit listUpdated();
     if (requestDue)
         sendRequest();
+}
+
+// Asks the N6 or the gyro when it has been silent for a while, and reports it offline when it stays so. True
+// when it was asked.
+template <typename Device, typename Report>
+bool udpHBClient::expire(Device &device, Report report)
+{
+    const Silence silence = device.online ? silenceSince(device.lastSeen) : Silence::Short;
+    if (silence == Silence::TooLong) {
+        device.online = false;
+        device.address.clear();
+        report();
+    } else if (silence == Silence::Long) {
+        sendRequestTo(device.address);
+    }
+    return silence == Silence::Long;
 }
 
 // Asks the displays that have been silent for a while and drops those that stay so; returns whether any went.
@@ -257,8 +272,9 @@ bool udpHBClient::expireScreens()
     bool changed = false;
     for (int i = 0; i < displays.size();) {
         const ScreenDevice screen = displays.at(i);
-        if (!ranLongerThan(screen.lastSeen, protocol::deviceTimeoutMs)) {
-            if (ranLongerThan(screen.lastSeen, protocol::requestRepeatMs))
+        const Silence silence = silenceSince(screen.lastSeen);
+        if (silence != Silence::TooLong) {
+            if (silence == Silence::Long)
                 sendRequestTo(screen.address);
             ++i;
             continue;
@@ -281,32 +297,37 @@ int udpHBClient::indexOfScreen(const QHostAddress &address) const
     return found == displays.cend() ? -1 : static_cast<int>(found - displays.cbegin());
 }
 
+// Every device that claims to hold the settings; an N6 always does.
+QList<QHostAddress> udpHBClient::serverCandidates() const
+{
+    QList<QHostAddress> candidates;
+    for (const ScreenDevice &screen : displays) {
+        if (screen.isServer)
+            candidates += screen.address;
+    }
+    if (n6.online)
+        candidates += n6.address;
+    return candidates;
+}
+
 void udpHBClient::updateServer()
 {
-    int candidates = 0;
-    QHostAddress candidate;
-    for (const ScreenDevice &screen : qAsConst(displays)) {
-        if (screen.isServer && ++candidates == 1)
-            candidate = screen.address;
-    }
-    if (n6.online && ++candidates == 1)
-        candidate = n6.address;
-
-    if (candidates > 1) {
+    const QList<QHostAddress> candidates = serverCandidates();
+    if (candidates.size() > 1) {
         reportMultipleServers();
         return;
     }
     multipleServersTimer.invalidate();
     multipleServersSeen = false;
-    if (candidates == 0 && !server.isNull()) {
+    if (candidates.isEmpty() && !server.isNull()) {
         qDebug().noquote() << "udpHB: Server removed:" << server.toString();
         server.clear();
         emit serverRemoved();
         emit listUpdated();
-    } else if (candidates == 1 && candidate != server) {
-        server = candidate;
-        qDebug().noquote() << "udpHB: Server changed:" << candidate.toString();
-        emit serverChanged(candidate);
+    } else if (!candidates.isEmpty() && candidates.first() != server) {
+        server = candidates.first();
+        qDebug().noquote() << "udpHB: Server changed:" << server.toString();
+        emit serverChanged(candidates.first());
         emit listUpdated();
     }
 }

@@ -18,9 +18,9 @@ class udpHBClient : public QObject
     Q_OBJECT
 
 public:
-    /// When to ask by multicast again: always, never (and nothing is sent to anyone), or, for any other
-    /// value, only while no server is known.
-    enum Mode { Active = 0, Passive = 2 };
+    /// When to ask by multicast again: always, only while no server is known (so do all values that are not
+    /// named here), or never, and then nothing is sent to anyone.
+    enum Mode { Active = 0, UntilServer = 1, Passive = 2 };
 
     /// Starts asking at once, in a Mode.
     explicit udpHBClient(int requestMode, QObject *parent = nullptr);
@@ -92,6 +92,9 @@ private:
     void acceptGyro(GyroDevice heard, const QHostAddress &sender);
     bool isDuplicateN6(const N6Device &heard, const QHostAddress &sender) const;
     int indexOfScreen(const QHostAddress &address) const;
+    QList<QHostAddress> serverCandidates() const;
+    template <typename Device, typename Report>
+    bool expire(Device &device, Report report);
     bool expireScreens();
     void updateServer();
     void reportMultipleServers();

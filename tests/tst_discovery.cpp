@@ -219,6 +219,7 @@ private slots:
         QVERIFY(greedy.bind(QHostAddress(QHostAddress::AnyIPv4), protocol::heartbeatPort,
                             QAbstractSocket::DontShareAddress));
         udpHBClient client(0);
+        client.tick();
         QCOMPARE(logged(), QStringList(QStringLiteral("Problem binding udpSocket on port 4020")));
 
         greedy.close();
