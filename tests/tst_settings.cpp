@@ -256,6 +256,8 @@ private slots:
 
     void aSlowLinkIsNoStall()
     {
+        // The boat wants the port for itself.
+        commands.reset();
         Boat boat("--screens 0 --screen2s 0 --einks 0 --no-gyro --heartbeat-interval 3600 "
                   "--ftp-fault n6=slow:60000"_s);
         QFile(target).resize(3000000);
