@@ -3,6 +3,7 @@
 import hashlib
 import pathlib
 import re
+import socket
 import subprocess
 import sys
 import tempfile
@@ -22,6 +23,7 @@ LOSS, DELAY = {"loss": 0.2}, {"delay": 0.2}
 
 class Scenario(unittest.TestCase):
     PAGE = None  # the first one
+    ENVIRONMENT = {}  # of the tool
 
     def begin(self, displays=("screen",), n6=(), options=(), **network):
         """A boat with an N6, a gyro and these displays, each on its own host and all known to the tool.
@@ -41,7 +43,7 @@ class Scenario(unittest.TestCase):
         for host, kind in enumerate(displays, start=20):
             alone = ("--no-n6", "--no-gyro", f"--{kind}s=1", f"--address={kind}-1={PREFIX}{host}")
             self.displays.append(self.add(*alone, *(options if kind == displays[0] else ()), hosts=[host]))
-        self.tool = Tool(self.folder)
+        self.tool = Tool(self.folder, self.ENVIRONMENT)
         self.addCleanup(self.tool.end)
         self.tool.sees(OK)
         for n in range(len(displays)):
@@ -215,6 +217,22 @@ class Backup(Scenario):
         until(lambda: self.part.exists() and self.part.stat().st_size > 0, 60, "some of the archive")
         self.pull_plug()
         self.finish()
+
+    # The proxy that an office's computer has been told of knows nothing of the boat.
+
+    def past(self, variable, scheme):
+        with socket.create_server(("127.0.0.1", 0)) as proxy:
+            proxy.setblocking(False)
+            self.ENVIRONMENT = {variable: f"{scheme}://127.0.0.1:{proxy.getsockname()[1]}"}
+            self.begin()
+            self.finish()
+            self.assertRaises(BlockingIOError, proxy.accept)
+
+    def test_past_an_http_proxy(self):
+        self.past("http_proxy", "http")
+
+    def test_past_a_socks_proxy(self):
+        self.past("all_proxy", "socks5")
 
 
 class Settings(Scenario):

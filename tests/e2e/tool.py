@@ -23,7 +23,7 @@ Element = collections.namedtuple("Element", "owner path role name states")
 
 
 class Tool:
-    def __init__(self, folder):
+    def __init__(self, folder, environment=()):
         self._log = folder / "tool.log"
         self._helpers = []
         # Over TCP, as only its ports are the namespace's own: a socket file would replace that of another display.
@@ -32,6 +32,7 @@ class Tool:
         self._display = display.Display(f"127.0.0.1:{number}")
         environment = {
             **os.environ,
+            **dict(environment),
             "DISPLAY": f"127.0.0.1:{number}",
             "HOME": str(folder),
             "XDG_RUNTIME_DIR": str(folder),
