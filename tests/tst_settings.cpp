@@ -258,7 +258,7 @@ private slots:
     {
         // The boat wants the port for itself.
         commands.reset();
-        Boat boat("--screens 0 --screen2s 0 --einks 0 --no-gyro --heartbeat-interval 3600 "
+        Boat boat("--screens 0 --screen2s 0 --einks 0 --no-gyro --heartbeat-interval 3600 --n6-serial N6-1 "
                   "--ftp-fault n6=slow:60000"_s);
         QFile(target).resize(3000000);
         Answers answers(target);
