@@ -65,7 +65,7 @@ void ArchiveTransfer::store(const QUrl &archive, const QString &file)
     lastError = QNetworkReply::NoError;
     bytesSent = 0;
     setState(State::Storing);
-    currentFile = new QFile(file);
+    currentFile = std::make_unique<QFile>(file);
     // From a file that cannot be read the manager would upload nothing and report success; an empty one would
     // empty the N6's settings.
     if (!currentFile->open(QIODevice::ReadOnly) || currentFile->peek(1).isEmpty()) {
@@ -73,7 +73,7 @@ void ArchiveTransfer::store(const QUrl &archive, const QString &file)
         return;
     }
     bytesToSend = currentFile->size();
-    currentReply = network->put(request(), currentFile);
+    currentReply = network->put(request(), currentFile.get());
     connect(currentReply, &QNetworkReply::errorOccurred, this, &ArchiveTransfer::uploadError);
     connect(currentReply, &QNetworkReply::finished, this, &ArchiveTransfer::uploadFinished);
     connect(currentReply, &QNetworkReply::uploadProgress, this, &ArchiveTransfer::noteSent);
@@ -132,7 +132,7 @@ void ArchiveTransfer::attempt()
     endAttempt();
     lastError = QNetworkReply::NoError;
     setState(State::Fetching);
-    currentFile = new QFile(archivefile::partName(fileName));
+    currentFile = std::make_unique<QFile>(archivefile::partName(fileName));
     if (!currentFile->open(QIODevice::WriteOnly | QIODevice::Truncate)) {
         const QString detail = currentFile->fileName() + QLatin1Char('\n') + currentFile->errorString();
         end(Outcome::NoPartFile, detail);
@@ -308,14 +308,12 @@ void ArchiveTransfer::endAttempt()
         currentReply->disconnect(this);
         currentReply->abort();
         // Until its reply has gone, an aborted upload may read on: its file goes along.
-        if (currentFile && currentFile->isReadable()) {
-            currentFile->setParent(currentReply);
-            currentFile.clear();
-        }
+        if (currentFile && currentFile->isReadable())
+            currentFile.release()->setParent(currentReply);
         currentReply->deleteLater();
         currentReply.clear();
     }
-    delete currentFile;
+    currentFile.reset();
     if (relay)
         relay->letGo();
     relay.clear();

@@ -99,7 +99,7 @@ private:
     QUrl archiveUrl;
     QString fileName;
     QPointer<ControlRelay> relay;
-    QPointer<QFile> currentFile;
+    std::unique_ptr<QFile> currentFile;
     QPointer<QNetworkReply> currentReply;
     std::unique_ptr<archivefile::Placing> placing;
     QNetworkReply::NetworkError lastError = QNetworkReply::NoError;

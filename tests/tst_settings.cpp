@@ -26,9 +26,13 @@ const QString backupComplete = "1 Backup download complete!"_s, backupUnable = "
 constexpr int passiveMode = 2, n6Host = 10, otherHost = 11;
 // Milliseconds in which the page hears of an end that the system reports, and of one that it has to wait for.
 constexpr int soon = 8000, late = 60000;
-const QByteArray older = "an older backup";
+const char *const older = "an older backup";
+
 // The word "abab" as a gzip stream.
-const QByteArray gzip = QByteArray::fromHex("1f8b08000000000002ff4b4c4a4c0200a60ad73604000000");
+QByteArray gzip()
+{
+    return QByteArray::fromHex("1f8b08000000000002ff4b4c4a4c0200a60ad73604000000");
+}
 
 QByteArray contents(const QString &name)
 {
@@ -44,7 +48,7 @@ public:
         close();
         listen(boatAddress(host), protocol::ftpPort);
         answers["HELP"] = "214-SIZE MDTM\r\n214 Help\r\n";
-        file = gzip;
+        file = gzip();
     }
 
     /// Whether it has a client.
@@ -161,7 +165,7 @@ private slots:
         row("the archive is there", backupComplete, [](PlayedN6 &) {});
         row("the archive is no gzip stream", backupComplete, [](PlayedN6 &n6) { n6.file = "plain"; });
         row("the archive is still being written", backupComplete, [](PlayedN6 &n6) {
-            n6.has({"none", "", gzip.left(5), gzip.chopped(1), gzip});
+            n6.has({"none", "", gzip().left(5), gzip().chopped(1), gzip()});
         });
         row(
             "the archive never appears", backupUnable, [](PlayedN6 &n6) { n6.has({"none"}); }, late);
@@ -197,7 +201,7 @@ private slots:
         click("backupButton"_s);
         QTRY_COMPARE_WITH_TIMEOUT(answers.boxes, QStringList(box), limit);
         QTRY_VERIFY(!n6.isTaken());
-        QCOMPARE(contents(target), box == backupComplete ? n6.file : older);
+        QCOMPARE(contents(target), box == backupComplete ? n6.file : QByteArray(older));
         QVERIFY(QFileInfo(part).isDir() || (!QFileInfo(part).isSymLink() && !QFileInfo::exists(part)));
         QCOMPARE(received(), "10:07 10:07"_s);
         heartbeat();
@@ -257,7 +261,7 @@ private slots:
         click("restoreButton"_s);
         QTRY_COMPARE_WITH_TIMEOUT(answers.boxes, QStringList(box), limit);
         QTRY_VERIFY(!n6.isTaken());
-        QVERIFY(box != restoreComplete || n6.uploadedBytes == older.size());
+        QVERIFY(box != restoreComplete || n6.uploadedBytes == contents(target).size());
         QCOMPARE(n6.lines.isEmpty(), contents(target).isEmpty());
         waitForSecondCopies();
         QCOMPARE(received(), box == restoreComplete ? "10:08 10:08"_s : QString());
@@ -312,8 +316,8 @@ private slots:
         QFETCH(const QString, box);
         const bool moves = heard == serial;
         PlayedN6 n6, other(otherHost);
-        moves ? n6.fallSilent() : n6.has({"none", gzip});
-        other.file = moves ? gzip : QByteArray("another N6's");
+        moves ? n6.fallSilent() : n6.has({"none", gzip()});
+        other.file = moves ? gzip() : QByteArray("another N6's");
         Answers answers(action == "backupButton"_s ? folder->filePath("x"_s) : target);
         const auto hear = [&] {
             speaker = otherHost;
@@ -333,7 +337,7 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(answers.boxes, QStringList(box), soon);
         waitForSecondCopies();
         QCOMPARE(received(), sent);
-        QCOMPARE(contents(target), box == backupComplete ? gzip : older);
+        QCOMPARE(contents(target), box == backupComplete ? gzip() : QByteArray(older));
     }
 
     void everyBackupHasItsEnding_data()
@@ -365,7 +369,7 @@ private slots:
         };
         click("backupButton"_s);
         QTRY_COMPARE(answers.boxes.value(answers.boxes.size() - 1), backupComplete);
-        QCOMPARE(contents(folder->filePath(saved)), gzip);
+        QCOMPARE(contents(folder->filePath(saved)), gzip());
         QCOMPARE(contents(old), older);
     }
 
@@ -464,11 +468,12 @@ private slots:
                 end.feed(&byte, 1);
             return end.isMissing();
         };
-        for (int length = 0; length < gzip.size(); ++length)
-            QVERIFY(isMissing(gzip.left(length)));
-        for (const QByteArray &whole : {gzip, gzip + gzip, gzip + QByteArray(512, '\0'), QByteArray("plain")})
+        for (int length = 0; length < gzip().size(); ++length)
+            QVERIFY(isMissing(gzip().left(length)));
+        for (const QByteArray &whole :
+             {gzip(), gzip() + gzip(), gzip() + QByteArray(512, '\0'), QByteArray("plain")})
             QVERIFY(!isMissing(whole));
-        QVERIFY(isMissing(gzip + gzip.chopped(1)));
+        QVERIFY(isMissing(gzip() + gzip().chopped(1)));
     }
 
     // The last one, since no dialog opens after the end of the program.
