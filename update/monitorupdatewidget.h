@@ -7,9 +7,9 @@
 #include <QWidget>
 
 class QCheckBox;
-class QFtp;
 class QLabel;
 class QProgressBar;
+class Upload;
 struct ScreenDevice;
 
 class MonitorUpdateWidget : public QWidget
@@ -45,5 +45,5 @@ private:
     QCheckBox *checkBox;
     QProgressBar *progressBar;
     QLabel *label;
-    QFtp *ftp = nullptr;
+    Upload *upload;
 };

@@ -10,8 +10,8 @@
 #include <memory>
 
 class QFileDialog;
-class QFtp;
 class QUdpSocket;
+class Upload;
 class udpHBClient;
 enum class N6Port;
 struct N6Device;
@@ -58,5 +58,5 @@ private:
     QUdpSocket *socket;
     QElapsedTimer uploadEnd;
     QPointer<QFileDialog> fileDialog;
-    QFtp *ftp = nullptr;
+    Upload *upload;
 };
