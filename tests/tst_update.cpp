@@ -113,6 +113,68 @@ private slots:
         QVERIFY2(bar.maximum() > bar.minimum(), "busy for good");
     }
 
+    void rowsStayWithTheirDisplays()
+    {
+        udpHBClient client(passiveMode);
+        MonitorUpdate page(&client, "SCREEN"_s, nullptr);
+        page.show();
+        const auto hear = [&client](quint32 display) {
+            client.processHeartbeat(HeartbeatBytes::screen(0, "R&S"), QHostAddress(0x7F000100U + display));
+            emit client.listUpdated();
+        };
+        const auto box = [&page](int display) { return rowsOf(page).at(display)->findChild<QCheckBox *>(); };
+        hear(0);
+        hear(1);
+        QVERIFY(box(0)->isChecked() && box(0)->shortcut().isEmpty());
+        QVERIFY(QTest::qWaitForWindowActive(&page));
+        box(1)->setFocus();
+        box(1)->click();
+        // Building 250 lists of up to 250 rows would hold the window for seconds.
+        QList<QPointer<MonitorUpdateWidget>> built;
+        for (quint32 display = 2; display < 250; ++display) {
+            hear(display);
+            built += rowsOf(page).constLast();
+        }
+        QVERIFY(!built.contains(nullptr));
+        QVERIFY(!box(1)->isChecked() && box(1)->hasFocus());
+
+        const QPointer<MonitorUpdateWidget> used = rowsOf(page).constFirst();
+        choose(page, write(folder.filePath("screen-update.tar.gz"_s), "x"));
+        button(page, "&Abort Update"_s)->click();
+        hear(0);
+        QVERIFY(used.isNull());
+        QVERIFY(box(0)->isChecked() && !box(1)->isChecked() && box(1)->hasFocus());
+        QCOMPARE(rowsOf(page).at(0)->findChild<QLabel *>()->text(), "12.0 V\n0.0 Lux"_s);
+    }
+
+    void dialogsBelongToTheWindowAndFreezeTheList()
+    {
+        udpHBClient client(passiveMode);
+        QWidget window;
+        auto *page = new MonitorUpdate(&client, "SCREEN"_s, &window);
+        QVERIFY(QDir(folder.path()).mkpath("Downloads"_s));
+        page->startClicked();
+        auto *first = window.findChild<QFileDialog *>();
+        QCOMPARE(first->sidebarUrls().mid(1),
+                 (QList<QUrl>{QUrl::fromLocalFile(folder.filePath("Downloads"_s)),
+                              QUrl::fromLocalFile(folder.path())}));
+        QCOMPARE(first->sidebarUrls().at(0), QUrl::fromLocalFile(first->directory().path()));
+        client.processHeartbeat(HeartbeatBytes::screen(0, "A"), at("127.0.0.1"));
+        QCOMPARE(rowsOf(*page).size(), 0);
+        // As a first-generation device makes the window do.
+        page->setEnabled(false);
+        QVERIFY(first->isEnabled());
+        first->reject();
+        QCOMPARE(rowsOf(*page).size(), 1);
+
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        page->startClicked();
+        const QPointer<QFileDialog> second = window.findChild<QFileDialog *>();
+        QVERIFY(second);
+        delete page;
+        QTRY_VERIFY(second.isNull());
+    }
+
     void uploadsEndByThemselves_data()
     {
         QTest::addColumn<QByteArray>("verb");
@@ -216,6 +278,7 @@ private slots:
         emit client.listUpdated();
         QCOMPARE(rowsOf(page).size(), 10);
         client.processHeartbeat(HeartbeatBytes::screen(0, "C"), boatAddress(unusedHost));
+        QVERIFY2(rowsOf(page).constLast()->findChild<QCheckBox *>()->isChecked(), "its choice went with it");
     }
 
     void anUpdateFollowsAnyEnd_data()

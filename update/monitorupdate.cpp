@@ -34,14 +34,14 @@ void swapButtons(QPushButton *from, QPushButton *to)
 MonitorUpdate::MonitorUpdate(udpHBClient *sharedClient, QString type, QWidget *parent)
     : QWidget(parent), client(sharedClient), deviceType(std::move(type)), heading(new QLabel(this)),
       startButton(new QPushButton(tr("&Start Update"), this)),
-      abortButton(new QPushButton(tr("&Abort Update"), this))
+      abortButton(new QPushButton(tr("&Abort Update"), this)), scrollArea(new QScrollArea(this))
 {
     buildWidgets();
     connect(startButton, &QPushButton::clicked, this, &MonitorUpdate::startClicked);
     // Twice on purpose: a row without a client takes no notice of the second.
     connect(abortButton, &QPushButton::clicked, this, &MonitorUpdate::abortMon);
     connect(abortButton, &QPushButton::clicked, this, &MonitorUpdate::abortMon);
-    connect(client, &udpHBClient::listUpdated, this, &MonitorUpdate::newMonitors);
+    connect(client, &udpHBClient::listUpdated, this, &MonitorUpdate::followList);
     newMonitors();
 }
 
@@ -49,13 +49,13 @@ void MonitorUpdate::buildWidgets()
 {
     setStyleSheet(QStringLiteral("QScrollArea { background-color: transparent; } "
                                  "QWidget#devlist { background-color: transparent; }"));
-    auto *scrollArea = new QScrollArea(this);
     scrollArea->setWidgetResizable(true);
     auto *list = new QWidget;
     list->setObjectName(QStringLiteral("devlist"));
     rows = new QVBoxLayout(list);
     rows->setContentsMargins(4, 4, 4, 4);
     rows->setSpacing(9);
+    rows->addStretch();
     scrollArea->setWidget(list);
 
     auto *layout = new QVBoxLayout(this);
@@ -69,42 +69,123 @@ void MonitorUpdate::buildWidgets()
     // The buttons reach down over the edge of the list.
     startButton->raise();
     abortButton->raise();
+    // The keyboard comes to the choice of displays before it comes to the start.
+    setTabOrder(scrollArea, startButton);
+    setTabOrder(startButton, abortButton);
 }
 
-void MonitorUpdate::newMonitors()
+// Choosing -> Idle, Updating;  Idle -> Choosing, Updating;  Updating -> Idle, Updating
+void MonitorUpdate::enter(State next)
 {
-    // At once: rows that wait for their end pile up while many displays appear. A row that one of its own
-    // signals is leading here from can go too, since it does nothing after it has emitted one.
-    while (const std::unique_ptr<QLayoutItem> item{rows->takeAt(0)})
-        delete item->widget();
+    const State previous = std::exchange(state, next);
+    if (state == State::Updating)
+        swapButtons(startButton, abortButton);
+    else if (previous == State::Updating)
+        swapButtons(abortButton, startButton);
+    else if (previous == State::Choosing)
+        newMonitors();
+}
+
+void MonitorUpdate::followList()
+{
+    // A display that leaves is forgotten, also while its row has to stay.
+    const QSet<QHostAddress> known = std::exchange(refused, {});
     const QList<ScreenDevice> screens = client->screens();
     for (const ScreenDevice &screen : screens) {
-        if (screen.type == deviceType)
-            addRow(new MonitorUpdateWidget(&screen, rows->parentWidget()));
+        if (known.contains(screen.address))
+            refused += screen.address;
     }
-    rows->addStretch();
-    heading->setText(rows->count() > 1 ? tr("Select device for software update:")
-                                       : tr("No %1 devices available for update.").arg(deviceType.toLower()));
+    if (state == State::Idle)
+        newMonitors();
 }
 
-void MonitorUpdate::addRow(MonitorUpdateWidget *row)
+// A row that looks like one built anew is kept: building is what costs when many displays appear. The client
+// adds displays at the end of its list, so the rows to be kept are in its order.
+void MonitorUpdate::newMonitors()
 {
-    rows->addWidget(row);
-    // The keyboard comes to the choice of displays before it comes to the start.
-    setTabOrder(row->focusProxy(), startButton);
-    setTabOrder(startButton, abortButton);
+    const QHostAddress focused = focusedDisplay();
+    const QList<ScreenDevice> screens = client->screens();
+    int place = 0;
+    for (const ScreenDevice &screen : screens) {
+        if (screen.type != deviceType)
+            continue;
+        while (rowAt(place) && !isCurrent(rowAt(place), screen))
+            removeRow(place);
+        if (!rowAt(place) && addRow(screen)->deviceAddress() == focused)
+            rowAt(place)->setFocus();
+        ++place;
+    }
+    while (rowAt(place))
+        removeRow(place);
+    heading->setText(place > 0 ? tr("Select device for software update:")
+                               : tr("No %1 devices available for update.").arg(deviceType.toLower()));
+}
+
+// Null behind the last row, where the stretch is.
+MonitorUpdateWidget *MonitorUpdate::rowAt(int place) const
+{
+    return qobject_cast<MonitorUpdateWidget *>(rows->itemAt(place)->widget());
+}
+
+bool MonitorUpdate::isCurrent(const MonitorUpdateWidget *row, const ScreenDevice &screen) const
+{
+    return row->deviceAddress() == screen.address && row->isAsNew() &&
+           row->isTicked() != refused.contains(screen.address);
+}
+
+QHostAddress MonitorUpdate::focusedDisplay() const
+{
+    const QWidget *const focused = window()->focusWidget();
+    const auto *const row = qobject_cast<MonitorUpdateWidget *>(focused ? focused->parentWidget() : nullptr);
+    return row && isAncestorOf(row) ? row->deviceAddress() : QHostAddress();
+}
+
+MonitorUpdateWidget *MonitorUpdate::addRow(const ScreenDevice &screen)
+{
+    const int place = rows->count() - 1;
+    auto *row = new MonitorUpdateWidget(&screen, rows->parentWidget());
+    row->setTicked(!refused.contains(screen.address));
+    setTabOrder(place > 0 ? rowAt(place - 1)->focusProxy() : scrollArea, row->focusProxy());
+    rows->insertWidget(place, row);
+    row->show();
+    connect(row, &MonitorUpdateWidget::tickChanged, this, [this, address = screen.address](bool ticked) {
+        if (ticked)
+            refused -= address;
+        else
+            refused += address;
+    });
     connect(this, &MonitorUpdate::updateMon, row, &MonitorUpdateWidget::updateMonitor);
     connect(this, &MonitorUpdate::abortMon, row, &MonitorUpdateWidget::abortUpdate);
     connect(row, &MonitorUpdateWidget::updateStarted, this, &MonitorUpdate::updateStarted);
     connect(row, &MonitorUpdateWidget::updateComplete, this, &MonitorUpdate::updateComplete);
     connect(client, &udpHBClient::screenUpdated, row, &MonitorUpdateWidget::updateCounter);
+    return row;
+}
+
+// At once: rows that wait for their end would pile up while many displays appear. A row that one of its own
+// signals is leading here from can go too, since it does nothing after it has emitted one.
+void MonitorUpdate::removeRow(int place)
+{
+    const std::unique_ptr<QLayoutItem> item{rows->takeAt(place)};
+    delete item->widget();
 }
 
 void MonitorUpdate::startClicked()
 {
+    if (state != State::Idle)
+        return;
     fileDialog =
-        updatefile::openDialog(this, tr("Kelvora Instrument Update"), updatefile::pattern(deviceType));
+        updatefile::newDialog(this, tr("Kelvora Instrument Update"), updatefile::pattern(deviceType));
     connect(fileDialog, &QFileDialog::accepted, this, &MonitorUpdate::fileSelected);
+    connect(fileDialog, &QFileDialog::rejected, this, &MonitorUpdate::endChoice);
+    enter(State::Choosing);
+    fileDialog->open();
+}
+
+void MonitorUpdate::endChoice()
+{
+    if (state == State::Choosing)
+        enter(State::Idle);
 }
 
 void MonitorUpdate::fileSelected()
@@ -113,12 +194,11 @@ void MonitorUpdate::fileSelected()
         return;
     const QString path = updatefile::chosenPath(fileDialog);
     if (!updatefile::isValid(path, updatefile::pattern(deviceType))) {
+        endChoice();
         updatefile::showNotValid(this);
         return;
     }
-    // The list must not be rebuilt under running uploads.
-    disconnect(client, &udpHBClient::listUpdated, this, &MonitorUpdate::newMonitors);
-    swapButtons(startButton, abortButton);
+    enter(State::Updating);
     // What an aborted update counted below zero would otherwise end this one before its last rows.
     runningUpdates = 0;
     emit updateMon(path);
@@ -134,12 +214,7 @@ void MonitorUpdate::updateComplete()
 {
     --runningUpdates;
     qDebug().noquote() << "Updates remaining:" << runningUpdates;
-    if (runningUpdates > 0)
-        return;
     // A finished row that is aborted counts down again, so this may be reached several times.
-    connect(client, &udpHBClient::listUpdated, this, &MonitorUpdate::newMonitors, Qt::UniqueConnection);
-    if (rows->count() > 0)
-        swapButtons(abortButton, startButton);
-    else
-        abortButton->hide();
+    if (runningUpdates <= 0 && state == State::Updating)
+        enter(State::Idle);
 }

@@ -37,14 +37,26 @@ MonitorUpdateWidget::MonitorUpdateWidget(const ScreenDevice *device, QWidget *pa
     label->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     label->setFont(rowFont);
     showDevice(*device);
+    connect(checkBox, &QCheckBox::toggled, this, &MonitorUpdateWidget::tickChanged);
     connect(upload, &Upload::progress, this, &MonitorUpdateWidget::updateDataTransferProgress);
     connect(upload, &Upload::ended, this, &MonitorUpdateWidget::ftpDone);
 }
 
+bool MonitorUpdateWidget::isTicked() const
+{
+    return checkBox->isChecked();
+}
+
+void MonitorUpdateWidget::setTicked(bool ticked)
+{
+    checkBox->setChecked(ticked);
+}
+
 void MonitorUpdateWidget::updateMonitor(const QString &filename)
 {
+    isNew = false;
     label->clear();
-    if (!checkBox->isChecked())
+    if (!isTicked())
         return;
     progressBar->reset();
     label->setText(tr("Downloading..."));
@@ -63,21 +75,25 @@ void MonitorUpdateWidget::showDevice(const ScreenDevice &screen)
     if (rowtext::hasReadout(screen) && !upload->isTransferring())
         label->setText(rowtext::readout(screen));
     const QString description = rowtext::description(screen);
-    if (checkBox->text() == description)
+    // A single "&" in what the display sent would make the next letter a keyboard shortcut.
+    const QString shown = QString(description).replace(QLatin1Char('&'), QLatin1String("&&"));
+    if (checkBox->text() == shown)
         return;
-    checkBox->setText(description);
+    checkBox->setText(shown);
     // Long serials and addresses reach beyond the row's fixed width.
     checkBox->setToolTip(Qt::convertFromPlainText(description, Qt::WhiteSpaceNormal));
 }
 
 void MonitorUpdateWidget::updateDataTransferProgress(qint64 readBytes, qint64 totalBytes)
 {
+    isNew = false;
     transferbar::show(progressBar, readBytes, totalBytes);
 }
 
 void MonitorUpdateWidget::ftpDone(bool error)
 {
     Q_UNUSED(error)
+    isNew = false;
     label->setText(tr("Updating..."));
     emit updateComplete();
 }

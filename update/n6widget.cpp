@@ -133,8 +133,9 @@ void N6Widget::startClicked()
 {
     if (address.isNull())
         return;
-    fileDialog = updatefile::openDialog(this, tr("Kelvora N6 Update"), filePattern());
+    fileDialog = updatefile::newDialog(this, tr("Kelvora N6 Update"), filePattern());
     connect(fileDialog, &QFileDialog::accepted, this, &N6Widget::fileSelected);
+    fileDialog->open();
 }
 
 void N6Widget::fileSelected()
