@@ -374,6 +374,10 @@ private slots:
             QCOMPARE(port1->currentIndex(), port1Indices.value(code, before));
             QCOMPARE(port2->currentIndex(), code >= 0 && code <= 2 ? code : -1);
         }
+        QWheelEvent notch({}, {}, {}, QPoint(0, -120), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
+                          false);
+        QApplication::sendEvent(port1, &notch);
+        QVERIFY2(!notch.isAccepted(), "what lies behind may scroll");
         for (const char *name : {"NMEA0183", "NMEA0183-HS", "Seatalk", "Nexus FDX"})
             port1->setCurrentText(QLatin1String(name));
         for (const char *name : {"NMEA0183", "B&G Fastnet", "NMEA0183-HS"})

@@ -41,8 +41,10 @@ N6Widget::N6Widget(QWidget *parent, udpHBClient *sharedClient)
     fillModes(form->comboBox_port1, N6Port::Port1);
     fillModes(form->comboBox_port2, N6Port::Port2);
     form->label_Alarm->hide();
-    form->comboBox_port1->setEnabled(false);
-    form->comboBox_port2->setEnabled(false);
+    for (QComboBox *box : {form->comboBox_port1, form->comboBox_port2}) {
+        box->setEnabled(false);
+        box->installEventFilter(this);
+    }
     form->resultLabel->clear();
     form->progressBar->setTextVisible(false);
 
@@ -102,6 +104,16 @@ void N6Widget::showModes(const N6Device &n6)
     disconnect(port2, nullptr, this, nullptr);
     port2->setCurrentIndex(n6PortModeIndex(N6Port::Port2, n6.port2Mode));
     connect(port2, qOverload<int>(&QComboBox::currentIndexChanged), this, &N6Widget::setMode2);
+}
+
+// A wheel that is turned over the page would send a command for each notch. It goes on to what lies behind;
+// an open list is a window of its own and scrolls.
+bool N6Widget::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() != QEvent::Wheel)
+        return QWidget::eventFilter(watched, event);
+    event->ignore();
+    return true;
 }
 
 void N6Widget::setMode1()
