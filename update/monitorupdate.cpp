@@ -34,7 +34,7 @@ void swapButtons(QPushButton *from, QPushButton *to)
 MonitorUpdate::MonitorUpdate(udpHBClient *sharedClient, QString type, QWidget *parent)
     : QWidget(parent), client(sharedClient), deviceType(std::move(type)), heading(new QLabel(this)),
       startButton(new QPushButton(tr("&Start Update"), this)),
-      abortButton(new QPushButton(tr("&Abort Update"), this)), scrollArea(new QScrollArea(this))
+      abortButton(new QPushButton(tr("&Abort Update"), this))
 {
     buildWidgets();
     connect(startButton, &QPushButton::clicked, this, &MonitorUpdate::startClicked);
@@ -49,6 +49,7 @@ void MonitorUpdate::buildWidgets()
 {
     setStyleSheet(QStringLiteral("QScrollArea { background-color: transparent; } "
                                  "QWidget#devlist { background-color: transparent; }"));
+    auto *scrollArea = new QScrollArea(this);
     scrollArea->setWidgetResizable(true);
     auto *list = new QWidget;
     list->setObjectName(QStringLiteral("devlist"));
@@ -69,9 +70,6 @@ void MonitorUpdate::buildWidgets()
     // The buttons reach down over the edge of the list.
     startButton->raise();
     abortButton->raise();
-    // The keyboard comes to the choice of displays before it comes to the start.
-    setTabOrder(scrollArea, startButton);
-    setTabOrder(startButton, abortButton);
 }
 
 // Choosing -> Idle, Updating;  Idle -> Choosing, Updating;  Updating -> Idle, Updating
@@ -109,9 +107,10 @@ void MonitorUpdate::newMonitors()
     for (const ScreenDevice &screen : screens) {
         if (screen.type != deviceType)
             continue;
-        while (rowAt(place) && !isCurrent(rowAt(place), screen))
+        const MonitorUpdateWidget *row = rowAt(place);
+        for (; row && !isCurrent(row, screen); row = rowAt(place))
             removeRow(place);
-        if (!rowAt(place) && addRow(screen)->deviceAddress() == focused)
+        if (!row && addRow(screen)->deviceAddress() == focused)
             rowAt(place)->setFocus();
         ++place;
     }
@@ -124,7 +123,7 @@ void MonitorUpdate::newMonitors()
 // Null behind the last row, where the stretch is.
 MonitorUpdateWidget *MonitorUpdate::rowAt(int place) const
 {
-    return qobject_cast<MonitorUpdateWidget *>(rows->itemAt(place)->widget());
+    return static_cast<MonitorUpdateWidget *>(rows->itemAt(place)->widget());
 }
 
 bool MonitorUpdate::isCurrent(const MonitorUpdateWidget *row, const ScreenDevice &screen) const
@@ -145,9 +144,15 @@ MonitorUpdateWidget *MonitorUpdate::addRow(const ScreenDevice &screen)
     const int place = rows->count() - 1;
     auto *row = new MonitorUpdateWidget(&screen, rows->parentWidget());
     row->setTicked(!refused.contains(screen.address));
-    setTabOrder(place > 0 ? rowAt(place - 1)->focusProxy() : scrollArea, row->focusProxy());
     rows->insertWidget(place, row);
+    // A row that is shown has the whole list laid out at once; the list does that by itself, once for all
+    // rows of a turn of the event loop.
+    rows->setEnabled(false);
     row->show();
+    rows->setEnabled(true);
+    // The keyboard comes to the choice of displays before it comes to the start.
+    setTabOrder(row->focusProxy(), startButton);
+    setTabOrder(startButton, abortButton);
     connect(row, &MonitorUpdateWidget::tickChanged, this, [this, address = screen.address](bool ticked) {
         if (ticked)
             refused -= address;

@@ -12,7 +12,6 @@ class MonitorUpdateWidget;
 class QFileDialog;
 class QLabel;
 class QPushButton;
-class QScrollArea;
 class QVBoxLayout;
 class udpHBClient;
 struct ScreenDevice;
@@ -66,7 +65,6 @@ private:
     QLabel *heading;
     QPushButton *startButton;
     QPushButton *abortButton;
-    QScrollArea *scrollArea;
     QVBoxLayout *rows = nullptr;
     QPointer<QFileDialog> fileDialog;
     State state = State::Idle;
