@@ -58,6 +58,9 @@ QFileDialog *updatefile::newDialog(QWidget *page, const QString &filterTitle, co
     keepWhile(dialog, page);
     dialog->setFileMode(QFileDialog::ExistingFile);
     dialog->setOption(QFileDialog::HideNameFilterDetails);
+    // A closed dialog leaves its side bar to those of every program of the user: it gets back its own before.
+    QObject::connect(dialog, &QDialog::finished, dialog,
+                     [dialog, own = dialog->sidebarUrls()] { dialog->setSidebarUrls(own); });
     dialog->setSidebarUrls(usualPlaces(folder));
     return dialog;
 }
