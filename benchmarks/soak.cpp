@@ -88,16 +88,14 @@ void tst_Soak::update()
     QWidget *page = window.findChild<QTabWidget *>()->widget(0);
     QPushButton *start = button(page, "&Start Update");
     start->click();
-    auto *dialog = page->findChild<QFileDialog *>();
+    auto *dialog = window.findChild<QFileDialog *>();
     QVERIFY(dialog);
     dialog->setDirectory(folder.path());
     dialog->selectFile(folder.filePath(QStringLiteral("screen-update.tar.gz")));
     QMetaObject::invokeMethod(dialog, "accept");
     ++updates;
-    // A display that leaves during its upload keeps the page waiting for the user.
-    if (!QTest::qWaitFor([start] { return start->isVisible(); }, 10000))
-        button(page, "&Abort Update")->click();
-    QTRY_VERIFY_WITH_TIMEOUT(start->isVisible(), 10000);
+    // Also when a display leaves during its upload.
+    QTRY_VERIFY_WITH_TIMEOUT(start->isVisible(), 20000);
 }
 
 // Comparable moments are those at which a display has just come back after the last upload: the rows are new.

@@ -4,12 +4,15 @@
 #include "discovery/udphbclient.h"
 #include "tests/support/boat.h"
 #include "tests/support/heartbeatbytes.h"
+#include "tests/support/scriptedftpserver.h"
 #include "update/monitorupdate.h"
 #include "update/monitorupdatewidget.h"
 #include "update/n6widget.h"
+#include "update/transferbar.h"
 #include "update/updatefile.h"
 #include "update/upload.h"
 
+#include <QCheckBox>
 #include <QComboBox>
 #include <QFileDialog>
 #include <QLabel>
@@ -46,7 +49,7 @@ template <typename Page>
 void choose(Page &page, const QString &path)
 {
     page.startClicked();
-    auto *dialog = page.template findChild<QFileDialog *>();
+    auto *dialog = page.window()->template findChildren<QFileDialog *>().constLast();
     dialog->selectFile(path);
     static_cast<QDialog *>(dialog)->accept();
 }
@@ -76,27 +79,130 @@ private slots:
     {
         QProgressBar bar;
         for (const qint64 total : {qint64(INT_MAX), qint64(INT_MAX) + 1, Q_INT64_C(1) << 62}) {
-            upload::showProgress(&bar, total / 4, total);
+            transferbar::show(&bar, total / 4, total);
             QCOMPARE(qRound(4.0 * bar.value() / bar.maximum()), 1);
         }
+        transferbar::show(&bar, 0, 0);
+        QVERIFY2(bar.maximum() > bar.minimum(), "busy for good");
+    }
+
+    void rowsStayWithTheirDisplays()
+    {
+        udpHBClient client(passiveMode);
+        MonitorUpdate page(&client, "SCREEN"_s, nullptr);
+        QList<QPointer<MonitorUpdateWidget>> built;
+        const auto box = [&page](int row) { return rowsOf(page).at(row)->findChild<QCheckBox *>(); };
+        const auto isKept = [&] {
+            return box(0)->isChecked() && !box(1)->isChecked() && page.focusWidget() == box(1);
+        };
+        // Building 250 lists of up to 250 rows would hold the window for seconds.
+        for (quint32 display = 0; display < 250; ++display) {
+            client.processHeartbeat(HeartbeatBytes::screen(0, "R&S"), QHostAddress(0x7F000100U + display));
+            built += rowsOf(page).constLast();
+            if (display == 1) {
+                box(1)->setFocus();
+                box(1)->click();
+            }
+        }
+        QVERIFY(!built.contains(nullptr) && isKept() && box(0)->shortcut().isEmpty());
+        choose(page, write(folder.filePath("screen-update.tar.gz"_s), "x"));
+        button(page, "&Abort Update"_s)->click();
+        emit client.listUpdated();
+        QVERIFY(built.constFirst().isNull() && isKept());
+    }
+
+    void dialogsBelongToTheWindowAndFreezeTheList()
+    {
+        udpHBClient client(passiveMode);
+        QWidget window;
+        auto *page = new MonitorUpdate(&client, "SCREEN"_s, &window);
+        const QList<QUrl> usual = QFileDialog().sidebarUrls();
+        page->startClicked();
+        auto *dialog = window.findChild<QFileDialog *>();
+        QCOMPARE(dialog->sidebarUrls().constFirst(), QUrl::fromLocalFile(dialog->directory().path()));
+        QCOMPARE(dialog->sidebarUrls().constLast(), QUrl::fromLocalFile(QDir::homePath()));
+        client.processHeartbeat(HeartbeatBytes::screen(0, "A"), at("127.0.0.1"));
+        // As a first-generation device makes the window do.
+        page->setEnabled(false);
+        QVERIFY(dialog->isEnabled() && rowsOf(*page).isEmpty());
+        dialog->reject();
+        QVERIFY(dialog->sidebarUrls() == usual && rowsOf(*page).size() == 1);
+        page->startClicked();
+        delete page;
+        QTRY_VERIFY(window.findChildren<QFileDialog *>().isEmpty());
+    }
+
+    void uploadsEndByThemselves_data()
+    {
+        QTest::addColumn<QByteArray>("verb");
+        QTest::addColumn<QByteArray>("reply");
+        const QByteArray nothing;
+        QTest::newRow("refused at the greeting") << nothing << QByteArray("421 Busy\r\n");
+        QTest::newRow("silent before the file") << QByteArray("STOR") << nothing;
+        QTest::newRow("silent after the file") << QByteArray("STOR") << QByteArray("150 Go\r\n");
+        QTest::newRow("silent after the confirmation") << QByteArray("QUIT") << nothing;
+    }
+
+    void uploadsEndByThemselves()
+    {
+        QFETCH(const QByteArray, verb);
+        QFETCH(const QByteArray, reply);
+        ScriptedFtpServer server(QHostAddress::LocalHost, protocol::ftpPort);
+        server.takeOver = [&](const QByteArray &heard) {
+            // Slow answers are no silence: together they take longer than one may.
+            const bool isSlow = heard != verb && (heard.isEmpty() || heard == "PASS");
+            if (isSlow)
+                QTimer::singleShot(600, &server, [&server] { server.reply("230 Fine\r\n"); });
+            else if (heard == verb)
+                server.reply(reply);
+            return isSlow || heard == verb;
+        };
+        Upload upload(nullptr);
+        const bool isPatientAtLast = !reply.startsWith("150");
+        upload.setPatience({isPatientAtLast ? 1000 : 100000, isPatientAtLast ? 100000 : 1000});
+        const QSignalSpy ended(&upload, &Upload::ended);
+        QVERIFY(upload.start("127.0.0.1"_s, write(folder.filePath("image"_s), "x")));
+        QTRY_COMPARE(ended.size(), 1);
+        QVERIFY(server.lines.join().contains(verb));
+        // Whoever is told to quit has confirmed the file.
+        QCOMPARE(ended.at(0).at(0).toBool(), verb != "QUIT");
+        QVERIFY(upload.abort() && !upload.abort());
+    }
+
+    void n6BarBeginsAnew()
+    {
+        udpHBClient client(passiveMode);
+        N6Widget page(nullptr, &client);
+        client.processHeartbeat(HeartbeatBytes::n6("N6"), boatAddress(unusedHost));
+        const auto *result = page.findChild<QLabel *>("resultLabel"_s);
+        const auto *bar = page.findChild<QProgressBar *>();
+        page.updateDataTransferProgress(1, 1);
+        choose(page, write(folder.filePath("n6-update.tar.gz"_s), "x"));
+        QVERIFY(bar->value() < 0);
+        QTRY_COMPARE(result->text(), "Updating..."_s);
+        page.updateDataTransferProgress(1, 1);
+        QTRY_VERIFY_WITH_TIMEOUT((page.updateGUI(), result->text().isEmpty()), 10000);
+        QVERIFY(bar->value() < 0);
     }
 
     void twelveDisplaysAreUpdatedAtOnce()
     {
-        // Long enough for two silent displays to time out on the way; they speak only through the test.
+        // Long enough for two silent displays to time out on the way, one of them unticked; they speak only
+        // through the test.
         const QByteArray contents(1000000, 'u'), stored = "stored path=/update/image bytes=1000000 ";
-        QString options = displays + "12 --silent screen-1 --silent screen-2"_s;
-        for (int display = 1; display <= 12; ++display)
+        QString options = displays + "13 --silent screen-1 --silent screen-2"_s;
+        for (int display = 1; display <= 13; ++display)
             options += " --ftp-fault screen-%1=slow:100000"_s.arg(display);
         Boat boat(options);
         udpHBClient client(activeMode);
         MonitorUpdate page(&client, "SCREEN"_s, nullptr);
         page.show();
-        QTRY_COMPARE(rowsOf(page).size(), 10);
+        QTRY_COMPARE(rowsOf(page).size(), 11);
         client.processHeartbeat(HeartbeatBytes::screen(0, "A"), boatAddress(firstDisplayHost));
         client.processHeartbeat(HeartbeatBytes::screen(0, "B"), boatAddress(firstDisplayHost + 1));
         const auto rows = rowsOf(page);
-        QCOMPARE(rows.size(), 12);
+        QCOMPARE(rows.size(), 13);
+        rows.constLast()->findChild<QCheckBox *>()->click();
 
         const QSignalSpy removed(&client, &udpHBClient::screenRemoved);
         const QString longName = QString(184, QLatin1Char('x')) + "screen-update Лодка 船.tar.gz"_s;
@@ -107,7 +213,9 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(boat.log().count(stored), 12, longestTransferMs);
         QTRY_VERIFY(button(page, "&Start Update"_s)->isVisible());
         emit client.listUpdated();
-        QCOMPARE(rowsOf(page).size(), 10);
+        QCOMPARE(rowsOf(page).size(), 11);
+        client.processHeartbeat(HeartbeatBytes::screen(0, "B"), boatAddress(firstDisplayHost + 1));
+        QVERIFY2(rowsOf(page).constLast()->isTicked(), "its choice went with it");
     }
 
     void anUpdateFollowsAnyEnd_data()
@@ -139,7 +247,7 @@ private slots:
             boat->waitFor("screen-2 " + moment);
             QTRY_COMPARE_WITH_TIMEOUT(first.size(), 1, longestTransferMs);
         }
-        if (fault != "no-service"_s && fault != "full"_s)
+        if (fault == "slow:200000"_s || fault == "mute"_s)
             button(page, "&Abort Update"_s)->click();
         QTRY_VERIFY(button(page, "&Start Update"_s)->isVisible());
         QCOMPARE(second.size(), 1);
@@ -160,7 +268,9 @@ private slots:
         for (const bool aborts : {false, true}) {
             const QPointer<MonitorUpdateWidget> row = rowsOf(page).at(0);
             connect(row, &MonitorUpdateWidget::updateComplete, &page, &MonitorUpdate::newMonitors);
+            row->updateDataTransferProgress(1, 1);
             choose(page, write(folder.filePath("screen-update.tar.gz"_s), "x"));
+            QVERIFY(row->findChild<QProgressBar *>()->value() < 0);
             if (aborts)
                 button(page, "&Abort Update"_s)->click();
             QTRY_VERIFY(row.isNull());
@@ -203,6 +313,10 @@ private slots:
             QCOMPARE(port1->currentIndex(), port1Indices.value(code, before));
             QCOMPARE(port2->currentIndex(), code >= 0 && code <= 2 ? code : -1);
         }
+        QWheelEvent notch({}, {}, {}, QPoint(0, -120), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
+                          false);
+        QApplication::sendEvent(port1, &notch);
+        QVERIFY2(!notch.isAccepted(), "what lies behind may scroll");
         for (const char *name : {"NMEA0183", "NMEA0183-HS", "Seatalk", "Nexus FDX"})
             port1->setCurrentText(QLatin1String(name));
         for (const char *name : {"NMEA0183", "B&G Fastnet", "NMEA0183-HS"})

@@ -41,7 +41,7 @@ MonitorUpdate::MonitorUpdate(udpHBClient *sharedClient, QString type, QWidget *p
     // Twice on purpose: a row without a client takes no notice of the second.
     connect(abortButton, &QPushButton::clicked, this, &MonitorUpdate::abortMon);
     connect(abortButton, &QPushButton::clicked, this, &MonitorUpdate::abortMon);
-    connect(client, &udpHBClient::listUpdated, this, &MonitorUpdate::newMonitors);
+    connect(client, &udpHBClient::listUpdated, this, &MonitorUpdate::followList);
     newMonitors();
 }
 
@@ -56,6 +56,7 @@ void MonitorUpdate::buildWidgets()
     rows = new QVBoxLayout(list);
     rows->setContentsMargins(4, 4, 4, 4);
     rows->setSpacing(9);
+    rows->addStretch();
     scrollArea->setWidget(list);
 
     auto *layout = new QVBoxLayout(this);
@@ -71,40 +72,125 @@ void MonitorUpdate::buildWidgets()
     abortButton->raise();
 }
 
-void MonitorUpdate::newMonitors()
+// Choosing -> Idle, Updating;  Idle -> Choosing, Updating;  Updating -> Idle, Updating
+void MonitorUpdate::enter(State next)
 {
-    // At once: rows that wait for their end pile up while many displays appear. A row that one of its own
-    // signals is leading here from can go too, since it does nothing after it has emitted one.
-    while (const std::unique_ptr<QLayoutItem> item{rows->takeAt(0)})
-        delete item->widget();
-    const QList<ScreenDevice> screens = client->screens();
-    for (const ScreenDevice &screen : screens) {
-        if (screen.type == deviceType)
-            addRow(new MonitorUpdateWidget(&screen, rows->parentWidget()));
-    }
-    rows->addStretch();
-    heading->setText(rows->count() > 1 ? tr("Select device for software update:")
-                                       : tr("No %1 devices available for update.").arg(deviceType.toLower()));
+    const State previous = std::exchange(state, next);
+    if (state == State::Updating)
+        swapButtons(startButton, abortButton);
+    else if (previous == State::Updating)
+        swapButtons(abortButton, startButton);
+    else if (previous == State::Choosing)
+        newMonitors();
 }
 
-void MonitorUpdate::addRow(MonitorUpdateWidget *row)
+void MonitorUpdate::followList()
 {
-    rows->addWidget(row);
+    // A display that leaves is forgotten, also while its row has to stay.
+    const QSet<QHostAddress> known = std::exchange(refused, {});
+    const QList<ScreenDevice> screens = client->screens();
+    for (const ScreenDevice &screen : screens) {
+        if (known.contains(screen.address))
+            refused += screen.address;
+    }
+    if (state == State::Idle)
+        newMonitors();
+}
+
+// A row that looks like one built anew is kept: building is what costs when many displays appear. The client
+// adds displays at the end of its list, so the rows to be kept are in its order.
+void MonitorUpdate::newMonitors()
+{
+    const QHostAddress focused = focusedDisplay();
+    const QList<ScreenDevice> screens = client->screens();
+    int place = 0;
+    for (const ScreenDevice &screen : screens) {
+        if (screen.type != deviceType)
+            continue;
+        const MonitorUpdateWidget *row = rowAt(place);
+        for (; row && !isCurrent(row, screen); row = rowAt(place))
+            removeRow(place);
+        if (!row && addRow(screen)->deviceAddress() == focused)
+            rowAt(place)->setFocus();
+        ++place;
+    }
+    while (rowAt(place))
+        removeRow(place);
+    heading->setText(place > 0 ? tr("Select device for software update:")
+                               : tr("No %1 devices available for update.").arg(deviceType.toLower()));
+}
+
+// Null behind the last row, where the stretch is.
+MonitorUpdateWidget *MonitorUpdate::rowAt(int place) const
+{
+    return static_cast<MonitorUpdateWidget *>(rows->itemAt(place)->widget());
+}
+
+bool MonitorUpdate::isCurrent(const MonitorUpdateWidget *row, const ScreenDevice &screen) const
+{
+    return row->deviceAddress() == screen.address && row->isAsNew() &&
+           row->isTicked() != refused.contains(screen.address);
+}
+
+QHostAddress MonitorUpdate::focusedDisplay() const
+{
+    const QWidget *const focused = window()->focusWidget();
+    const auto *const row = qobject_cast<MonitorUpdateWidget *>(focused ? focused->parentWidget() : nullptr);
+    return row && isAncestorOf(row) ? row->deviceAddress() : QHostAddress();
+}
+
+MonitorUpdateWidget *MonitorUpdate::addRow(const ScreenDevice &screen)
+{
+    const int place = rows->count() - 1;
+    auto *row = new MonitorUpdateWidget(&screen, rows->parentWidget());
+    row->setTicked(!refused.contains(screen.address));
+    rows->insertWidget(place, row);
+    // A row that is shown has the whole list laid out at once; the list does that by itself, once for all
+    // rows of a turn of the event loop.
+    rows->setEnabled(false);
+    row->show();
+    rows->setEnabled(true);
     // The keyboard comes to the choice of displays before it comes to the start.
     setTabOrder(row->focusProxy(), startButton);
     setTabOrder(startButton, abortButton);
+    connect(row, &MonitorUpdateWidget::tickChanged, this, [this, address = screen.address](bool ticked) {
+        if (ticked)
+            refused -= address;
+        else
+            refused += address;
+    });
     connect(this, &MonitorUpdate::updateMon, row, &MonitorUpdateWidget::updateMonitor);
     connect(this, &MonitorUpdate::abortMon, row, &MonitorUpdateWidget::abortUpdate);
     connect(row, &MonitorUpdateWidget::updateStarted, this, &MonitorUpdate::updateStarted);
     connect(row, &MonitorUpdateWidget::updateComplete, this, &MonitorUpdate::updateComplete);
     connect(client, &udpHBClient::screenUpdated, row, &MonitorUpdateWidget::updateCounter);
+    return row;
+}
+
+// At once: rows that wait for their end would pile up while many displays appear. A row that one of its own
+// signals is leading here from can go too, since it does nothing after it has emitted one.
+void MonitorUpdate::removeRow(int place)
+{
+    const std::unique_ptr<QLayoutItem> item{rows->takeAt(place)};
+    delete item->widget();
 }
 
 void MonitorUpdate::startClicked()
 {
+    if (state != State::Idle)
+        return;
     fileDialog =
-        updatefile::openDialog(this, tr("Kelvora Instrument Update"), updatefile::pattern(deviceType));
+        updatefile::newDialog(this, tr("Kelvora Instrument Update"), updatefile::pattern(deviceType));
     connect(fileDialog, &QFileDialog::accepted, this, &MonitorUpdate::fileSelected);
+    connect(fileDialog, &QFileDialog::rejected, this, &MonitorUpdate::endChoice);
+    enter(State::Choosing);
+    fileDialog->open();
+}
+
+void MonitorUpdate::endChoice()
+{
+    if (state == State::Choosing)
+        enter(State::Idle);
 }
 
 void MonitorUpdate::fileSelected()
@@ -113,12 +199,11 @@ void MonitorUpdate::fileSelected()
         return;
     const QString path = updatefile::chosenPath(fileDialog);
     if (!updatefile::isValid(path, updatefile::pattern(deviceType))) {
+        endChoice();
         updatefile::showNotValid(this);
         return;
     }
-    // The list must not be rebuilt under running uploads.
-    disconnect(client, &udpHBClient::listUpdated, this, &MonitorUpdate::newMonitors);
-    swapButtons(startButton, abortButton);
+    enter(State::Updating);
     // What an aborted update counted below zero would otherwise end this one before its last rows.
     runningUpdates = 0;
     emit updateMon(path);
@@ -134,12 +219,7 @@ void MonitorUpdate::updateComplete()
 {
     --runningUpdates;
     qDebug().noquote() << "Updates remaining:" << runningUpdates;
-    if (runningUpdates > 0)
-        return;
     // A finished row that is aborted counts down again, so this may be reached several times.
-    connect(client, &udpHBClient::listUpdated, this, &MonitorUpdate::newMonitors, Qt::UniqueConnection);
-    if (rows->count() > 0)
-        swapButtons(abortButton, startButton);
-    else
-        abortButton->hide();
+    if (runningUpdates <= 0 && state == State::Updating)
+        enter(State::Idle);
 }

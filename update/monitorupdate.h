@@ -2,7 +2,9 @@
 // ticked ones at once. The main window owns one page for each type.
 #pragma once
 
+#include <QHostAddress>
 #include <QPointer>
+#include <QSet>
 #include <QString>
 #include <QWidget>
 
@@ -12,6 +14,7 @@ class QLabel;
 class QPushButton;
 class QVBoxLayout;
 class udpHBClient;
+struct ScreenDevice;
 
 class MonitorUpdate : public QWidget
 {
@@ -28,8 +31,10 @@ signals:
     void abortMon();
 
 public slots:
-    /// Builds the rows anew from the client's list.
+    /// Makes the rows those of the client's list: each looks as if built anew, but the user's choice and the
+    /// keyboard's focus stay with their display.
     void newMonitors();
+    /// Lets the user choose a package. Nothing while a choice or an update is under way.
     void startClicked();
     /// Checks the chosen file and starts.
     void fileSelected();
@@ -39,8 +44,21 @@ public slots:
     void updateComplete();
 
 private:
+    enum class State {
+        Idle,     ///< the rows follow the client's list
+        Choosing, ///< the file dialog is open: what the user does not see must not get the file
+        Updating, ///< uploads run, or have been started with no row ticked
+    };
+
     void buildWidgets();
-    void addRow(MonitorUpdateWidget *row);
+    void enter(State next);
+    void followList();
+    void endChoice();
+    MonitorUpdateWidget *rowAt(int place) const;
+    bool isCurrent(const MonitorUpdateWidget *row, const ScreenDevice &screen) const;
+    QHostAddress focusedDisplay() const;
+    MonitorUpdateWidget *addRow(const ScreenDevice &screen);
+    void removeRow(int place);
 
     udpHBClient *client;
     const QString deviceType;
@@ -49,5 +67,8 @@ private:
     QPushButton *abortButton;
     QVBoxLayout *rows = nullptr;
     QPointer<QFileDialog> fileDialog;
+    State state = State::Idle;
     int runningUpdates = 0;
+    /// The displays in the client's list that the user does not want updated.
+    QSet<QHostAddress> refused;
 };

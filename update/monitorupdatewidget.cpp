@@ -1,16 +1,14 @@
 #include "update/monitorupdatewidget.h"
 
 #include "discovery/devices.h"
-#include "ftp/qftp.h"
 #include "update/rowtext.h"
+#include "update/transferbar.h"
 #include "update/upload.h"
 
 #include <QCheckBox>
 #include <QLabel>
 #include <QProgressBar>
 #include <QTextDocument>
-
-#include <utility>
 
 namespace
 {
@@ -21,7 +19,8 @@ constexpr int fontPixels = 12;
 
 MonitorUpdateWidget::MonitorUpdateWidget(const ScreenDevice *device, QWidget *parent)
     : QWidget(parent), address(device->address), checkBox(new QCheckBox(QStringLiteral("---"), this)),
-      progressBar(new QProgressBar(this)), label(new QLabel(QStringLiteral("---"), this))
+      progressBar(new QProgressBar(this)), label(new QLabel(QStringLiteral("---"), this)),
+      upload(new Upload(this))
 {
     setFixedSize(690, 37);
     QFont rowFont = font();
@@ -38,19 +37,30 @@ MonitorUpdateWidget::MonitorUpdateWidget(const ScreenDevice *device, QWidget *pa
     label->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     label->setFont(rowFont);
     showDevice(*device);
+    connect(checkBox, &QCheckBox::toggled, this, &MonitorUpdateWidget::tickChanged);
+    connect(upload, &Upload::progress, this, &MonitorUpdateWidget::updateDataTransferProgress);
+    connect(upload, &Upload::ended, this, &MonitorUpdateWidget::ftpDone);
+}
+
+bool MonitorUpdateWidget::isTicked() const
+{
+    return checkBox->isChecked();
+}
+
+void MonitorUpdateWidget::setTicked(bool ticked)
+{
+    checkBox->setChecked(ticked);
 }
 
 void MonitorUpdateWidget::updateMonitor(const QString &filename)
 {
+    isNew = false;
     label->clear();
-    if (!checkBox->isChecked())
+    if (!isTicked())
         return;
-    upload::retire(ftp);
-    ftp = new QFtp(this);
-    connect(ftp, &QFtp::done, this, &MonitorUpdateWidget::ftpDone);
-    connect(ftp, &QFtp::dataTransferProgress, this, &MonitorUpdateWidget::updateDataTransferProgress);
+    progressBar->reset();
     label->setText(tr("Downloading..."));
-    if (upload::queue(ftp, address.toString(), filename))
+    if (upload->start(address.toString(), filename))
         emit updateStarted();
 }
 
@@ -62,39 +72,36 @@ void MonitorUpdateWidget::updateCounter(const ScreenDevice &screen)
 
 void MonitorUpdateWidget::showDevice(const ScreenDevice &screen)
 {
-    const bool isTransferring = ftp != nullptr && ftp->state() == QFtp::LoggedIn;
-    if (rowtext::hasReadout(screen) && !isTransferring)
+    if (rowtext::hasReadout(screen) && !upload->isTransferring())
         label->setText(rowtext::readout(screen));
     const QString description = rowtext::description(screen);
-    if (checkBox->text() == description)
+    // A single "&" in what the display sent would make the next letter a keyboard shortcut.
+    const QString shown = QString(description).replace(QLatin1Char('&'), QLatin1String("&&"));
+    if (checkBox->text() == shown)
         return;
-    checkBox->setText(description);
+    checkBox->setText(shown);
     // Long serials and addresses reach beyond the row's fixed width.
     checkBox->setToolTip(Qt::convertFromPlainText(description, Qt::WhiteSpaceNormal));
 }
 
 void MonitorUpdateWidget::updateDataTransferProgress(qint64 readBytes, qint64 totalBytes)
 {
-    upload::showProgress(progressBar, readBytes, totalBytes);
+    isNew = false;
+    transferbar::show(progressBar, readBytes, totalBytes);
 }
 
 void MonitorUpdateWidget::ftpDone(bool error)
 {
     Q_UNUSED(error)
+    isNew = false;
     label->setText(tr("Updating..."));
     emit updateComplete();
 }
 
 void MonitorUpdateWidget::abortUpdate()
 {
-    if (!ftp)
+    if (!upload->abort())
         return;
-    // Cut off first: what the abort itself reports would count this row's end twice.
-    QFtp *aborted = std::exchange(ftp, nullptr);
-    aborted->disconnect(this);
-    aborted->abort();
-    aborted->close();
-    upload::retire(aborted);
     label->setText(tr("Aborted."));
     progressBar->reset();
     emit updateComplete();

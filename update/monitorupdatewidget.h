@@ -1,5 +1,5 @@
 // One display's row on an update page: who it is, whether to update it, how far that is. The page owns the
-// rows and rebuilds them whenever the list of displays changes, except during an update.
+// rows and replaces them as the list of displays changes, except during an update.
 #pragma once
 
 #include <QHostAddress>
@@ -7,9 +7,9 @@
 #include <QWidget>
 
 class QCheckBox;
-class QFtp;
 class QLabel;
 class QProgressBar;
+class Upload;
 struct ScreenDevice;
 
 class MonitorUpdateWidget : public QWidget
@@ -20,7 +20,17 @@ public:
     /// The record is only read here: during an update the display may time out while its row stays.
     MonitorUpdateWidget(const ScreenDevice *device, QWidget *parent);
 
+    /// Which display the row is for.
+    const QHostAddress &deviceAddress() const { return address; }
+    /// Whether the user wants this display updated; a new row is ticked.
+    bool isTicked() const;
+    void setTicked(bool ticked);
+    /// Nothing of an update was shown here yet: the row looks like one that is made now.
+    bool isAsNew() const { return isNew; }
+
 signals:
+    /// By the user or by setTicked().
+    void tickChanged(bool ticked);
     /// An upload began with a file that could be opened.
     void updateStarted();
     /// The upload ended, well or not, or was aborted.
@@ -45,5 +55,6 @@ private:
     QCheckBox *checkBox;
     QProgressBar *progressBar;
     QLabel *label;
-    QFtp *ftp = nullptr;
+    Upload *upload;
+    bool isNew = true;
 };

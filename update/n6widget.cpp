@@ -3,8 +3,8 @@
 #include "discovery/n6commands.h"
 #include "discovery/protocol.h"
 #include "discovery/udphbclient.h"
-#include "ftp/qftp.h"
 #include "ui_n6control.h"
+#include "update/transferbar.h"
 #include "update/updatefile.h"
 #include "update/upload.h"
 
@@ -35,14 +35,16 @@ void fillModes(QComboBox *box, N6Port port)
 
 N6Widget::N6Widget(QWidget *parent, udpHBClient *sharedClient)
     : QWidget(parent), client(sharedClient), form(std::make_unique<Ui::N6Control>()),
-      socket(new QUdpSocket(this))
+      socket(new QUdpSocket(this)), upload(new Upload(this))
 {
     form->setupUi(this);
     fillModes(form->comboBox_port1, N6Port::Port1);
     fillModes(form->comboBox_port2, N6Port::Port2);
     form->label_Alarm->hide();
-    form->comboBox_port1->setEnabled(false);
-    form->comboBox_port2->setEnabled(false);
+    for (QComboBox *box : {form->comboBox_port1, form->comboBox_port2}) {
+        box->setEnabled(false);
+        box->installEventFilter(this);
+    }
     form->resultLabel->clear();
     form->progressBar->setTextVisible(false);
 
@@ -51,6 +53,8 @@ N6Widget::N6Widget(QWidget *parent, udpHBClient *sharedClient)
     connect(form->comboBox_port2, qOverload<int>(&QComboBox::currentIndexChanged), this, &N6Widget::setMode2);
     connect(form->UpdateFirmware, &QPushButton::pressed, this, &N6Widget::startClicked);
     connect(form->webButton, &QPushButton::pressed, this, &N6Widget::openWebinterface);
+    connect(upload, &Upload::progress, this, &N6Widget::updateDataTransferProgress);
+    connect(upload, &Upload::ended, this, &N6Widget::ftpDone);
 }
 
 N6Widget::~N6Widget() = default;
@@ -76,6 +80,7 @@ void N6Widget::showIdentity(const N6Device &n6)
     if (uploadEnd.isValid() && uploadEnd.elapsed() > uploadEndShownMs) {
         form->resultLabel->clear();
         form->progressBar->setTextVisible(false);
+        form->progressBar->reset();
         uploadEnd.invalidate();
     }
     form->label_serial->setText(tr("%1   (%2)").arg(n6.serial, n6ModelName(n6.model)));
@@ -99,6 +104,16 @@ void N6Widget::showModes(const N6Device &n6)
     disconnect(port2, nullptr, this, nullptr);
     port2->setCurrentIndex(n6PortModeIndex(N6Port::Port2, n6.port2Mode));
     connect(port2, qOverload<int>(&QComboBox::currentIndexChanged), this, &N6Widget::setMode2);
+}
+
+// A wheel that is turned over the page would send a command for each notch. It goes on to what lies behind;
+// an open list is a window of its own and scrolls.
+bool N6Widget::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() != QEvent::Wheel)
+        return QWidget::eventFilter(watched, event);
+    event->ignore();
+    return true;
 }
 
 void N6Widget::setMode1()
@@ -130,8 +145,9 @@ void N6Widget::startClicked()
 {
     if (address.isNull())
         return;
-    fileDialog = updatefile::openDialog(this, tr("Kelvora N6 Update"), filePattern());
+    fileDialog = updatefile::newDialog(this, tr("Kelvora N6 Update"), filePattern());
     connect(fileDialog, &QFileDialog::accepted, this, &N6Widget::fileSelected);
+    fileDialog->open();
 }
 
 void N6Widget::fileSelected()
@@ -152,19 +168,16 @@ void N6Widget::startUpload(const QString &fileName)
         return;
     // The end of an earlier upload must not clear the status of this one.
     uploadEnd.invalidate();
-    upload::retire(ftp);
-    ftp = new QFtp(this);
-    connect(ftp, &QFtp::done, this, &N6Widget::ftpDone);
-    connect(ftp, &QFtp::dataTransferProgress, this, &N6Widget::updateDataTransferProgress);
+    form->progressBar->reset();
     form->resultLabel->setText(tr("Downloading..."));
-    if (upload::queue(ftp, client->n6Device().address.toString(), fileName))
+    if (upload->start(client->n6Device().address.toString(), fileName))
         qDebug().noquote() << "Updates started";
 }
 
 void N6Widget::updateDataTransferProgress(qint64 readBytes, qint64 totalBytes)
 {
     form->progressBar->setTextVisible(true);
-    upload::showProgress(form->progressBar, readBytes, totalBytes);
+    transferbar::show(form->progressBar, readBytes, totalBytes);
 }
 
 void N6Widget::ftpDone(bool error)

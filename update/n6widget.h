@@ -10,8 +10,8 @@
 #include <memory>
 
 class QFileDialog;
-class QFtp;
 class QUdpSocket;
+class Upload;
 class udpHBClient;
 enum class N6Port;
 struct N6Device;
@@ -46,6 +46,10 @@ public slots:
     /// Both in bytes.
     void updateDataTransferProgress(qint64 readBytes, qint64 totalBytes);
 
+protected:
+    /// Keeps the mouse wheel from choosing a port mode.
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
     void showIdentity(const N6Device &n6);
     void showModes(const N6Device &n6);
@@ -58,5 +62,5 @@ private:
     QUdpSocket *socket;
     QElapsedTimer uploadEnd;
     QPointer<QFileDialog> fileDialog;
-    QFtp *ftp = nullptr;
+    Upload *upload;
 };

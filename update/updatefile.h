@@ -17,14 +17,14 @@ QString pattern(const QString &deviceType);
 /// packages; opening a pipe would even block the window.
 bool isValid(const QString &path, const QString &pattern);
 
-/// Opens a dialog for one existing package. filterTitle names its kind in the name filter. The dialog
-/// belongs to the page, deletes itself when it is closed, and locks the window meanwhile.
-QFileDialog *openDialog(QWidget *page, const QString &filterTitle, const QString &pattern);
+/// A dialog for one existing package, not opened yet. filterTitle names its kind in the name filter. It goes
+/// when it is closed, and with the page.
+QFileDialog *newDialog(QWidget *page, const QString &filterTitle, const QString &pattern);
 
 /// The first path that the user chose; empty for none. Written to the debug channel.
 QString chosenPath(const QFileDialog *dialog);
 
-/// Tells the user that the chosen file is no package. Returns at once; the box belongs to the page.
+/// Tells the user that the chosen file is no package. Returns at once; the box goes with the page.
 void showNotValid(QWidget *page);
 
 } // namespace updatefile

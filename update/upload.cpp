@@ -4,13 +4,45 @@
 #include "ftp/qftp.h"
 
 #include <QFile>
-#include <QProgressBar>
 
-#include <limits>
 #include <memory>
+#include <utility>
 
-bool upload::queue(QFtp *ftp, const QString &host, const QString &fileName)
+Upload::Upload(QObject *parent) : QObject(parent)
 {
+    silence.setSingleShot(true);
+    connect(&silence, &QTimer::timeout, this, &Upload::giveUp);
+}
+
+// Every state may be followed by Talking (a new upload) and, with a client, by Idle (an abort).
+//   Talking -> Confirming, Ended;  Confirming -> Talking, Ended
+void Upload::enter(State next)
+{
+    state = next;
+    switch (state) {
+    case State::Talking:
+        silence.start(patience.forReplyMs);
+        break;
+    case State::Confirming:
+        silence.start(patience.forConfirmationMs);
+        break;
+    case State::Ended:
+        silence.stop();
+        ftp->disconnect(this);
+        break;
+    case State::Idle:
+        silence.stop();
+        delete std::exchange(ftp, nullptr);
+        break;
+    }
+}
+
+bool Upload::start(const QString &host, const QString &fileName)
+{
+    enter(State::Idle);
+    ftp = new QFtp(this);
+    listen();
+    enter(State::Talking);
     ftp->connectToHost(host, protocol::ftpPort);
     ftp->login(protocol::ftpUser, protocol::ftpPassword);
     ftp->cd(QStringLiteral("update"));
@@ -23,18 +55,62 @@ bool upload::queue(QFtp *ftp, const QString &host, const QString &fileName)
     return true;
 }
 
-void upload::retire(QFtp *ftp)
+bool Upload::abort()
 {
-    if (!ftp)
-        return;
-    ftp->disconnect();
-    ftp->deleteLater();
+    if (state == State::Idle)
+        return false;
+    ftp->disconnect(this);
+    ftp->abort();
+    ftp->close();
+    enter(State::Idle);
+    return true;
 }
 
-void upload::showProgress(QProgressBar *bar, qint64 doneBytes, qint64 totalBytes)
+bool Upload::isTransferring() const
 {
-    constexpr qint64 largestRange = std::numeric_limits<int>::max();
-    const qint64 bytesPerStep = (totalBytes - 1) / largestRange + 1;
-    bar->setMaximum(static_cast<int>(totalBytes / bytesPerStep));
-    bar->setValue(static_cast<int>(qMin(doneBytes / bytesPerStep, largestRange)));
+    return ftp != nullptr && ftp->state() == QFtp::LoggedIn;
+}
+
+// The farewell comes last.
+bool Upload::isConfirmed() const
+{
+    return ftp->currentCommand() == QFtp::Close;
+}
+
+void Upload::listen()
+{
+    connect(ftp, &QFtp::stateChanged, this, &Upload::takeState);
+    connect(ftp, &QFtp::commandFinished, this, [this] { enter(State::Talking); });
+    connect(ftp, &QFtp::dataTransferProgress, this, &Upload::showProgress);
+    connect(ftp, &QFtp::done, this, &Upload::finish);
+}
+
+void Upload::showProgress(qint64 doneBytes, qint64 totalBytes)
+{
+    enter(doneBytes < totalBytes ? State::Talking : State::Confirming);
+    emit progress(doneBytes, totalBytes);
+}
+
+// A lost connection is reported by nothing else. Where more is reported, it comes later.
+void Upload::takeState(int ftpState)
+{
+    if (ftpState == QFtp::Unconnected)
+        finish(!isConfirmed());
+    else
+        enter(State::Talking);
+}
+
+// What was reported as over must not go on when the device is back.
+void Upload::giveUp()
+{
+    const bool error = !isConfirmed();
+    ftp->disconnect(this);
+    ftp->abort();
+    finish(error);
+}
+
+void Upload::finish(bool error)
+{
+    enter(State::Ended);
+    emit ended(error);
 }

@@ -14,12 +14,12 @@
 class ScriptedFtpServer : public QTcpServer
 {
 public:
-    explicit ScriptedFtpServer(const QHostAddress &address = QHostAddress::LocalHost)
+    explicit ScriptedFtpServer(const QHostAddress &address = QHostAddress::LocalHost, quint16 port = 0)
     {
         connect(this, &QTcpServer::newConnection, this, &ScriptedFtpServer::acceptControl);
         connect(dataServer, &QTcpServer::newConnection, this,
                 [this] { useData(dataServer->nextPendingConnection()); });
-        listen(address);
+        listen(address, port);
         dataServer->listen(QHostAddress::LocalHost);
     }
 
