@@ -214,7 +214,7 @@ private slots:
         };
         click("backupButton"_s);
         QTRY_COMPARE_WITH_TIMEOUT(answers.boxes, QStringList(transfer.box), transfer.limit);
-        QTRY_VERIFY(!n6.isTaken());
+        QTRY_VERIFY(!n6.isTaken() && page->findChildren<QDialog *>().isEmpty());
         QCOMPARE(contents(target), transfer.box == backupComplete ? n6.file : QByteArray(older));
         QVERIFY(QFileInfo(part).isDir() || (!QFileInfo(part).isSymLink() && !QFileInfo::exists(part)));
         QCOMPARE(received(), "10:07 10:07"_s);
