@@ -9,6 +9,7 @@
 #include <QTcpSocket>
 
 #include <functional>
+#include <optional>
 
 class ScriptedFtpServer : public QTcpServer
 {
@@ -57,6 +58,10 @@ public:
     std::function<bool(const QByteArray &verb)> takeOver = [](const QByteArray &) { return false; };
     bool bytewise = false;
     QByteArray file = "12345";
+    QByteArray listing = "-rw------- 1 a b 1 Apr 14 2000 x\r\n";
+    /// An upload's data connection ends when so many bytes have come.
+    std::optional<qint64> cutAt;
+    bool cutsByReset = false;
 
     QByteArrayList lines;
     qint64 uploadedBytes = 0;
@@ -117,18 +122,27 @@ private:
     {
         data = socket;
         uploadedBytes = 0;
-        connect(socket, &QTcpSocket::readyRead, this,
-                [this, socket] { uploadedBytes += socket->readAll().size(); });
+        connect(socket, &QTcpSocket::readyRead, this, [this, socket] {
+            uploadedBytes += socket->readAll().size();
+            cutIfDue();
+        });
         connect(socket, &QTcpSocket::connected, this, &ScriptedFtpServer::transferIfReady);
         connect(socket, &QTcpSocket::disconnected, this, [this, socket] {
             if (socket == data)
                 data = nullptr;
-            if (!transfer.isEmpty())
+            if (!transfer.isEmpty() && !cutsByReset)
                 reply("226 Done\r\n");
             transfer.clear();
             socket->deleteLater();
         });
         transferIfReady();
+        cutIfDue();
+    }
+
+    void cutIfDue() const
+    {
+        if (cutAt && uploadedBytes >= *cutAt)
+            endData(cutsByReset);
     }
 
     void transferIfReady()
@@ -138,7 +152,7 @@ private:
         reply("150 Go\r\n");
         if (transfer == "STOR")
             return;
-        data->write(transfer == "RETR" ? file : "-rw------- 1 a b 1 Apr 14 2000 x\r\n");
+        data->write(transfer == "RETR" ? file : listing);
         data->disconnectFromHost();
     }
 
