@@ -268,6 +268,8 @@ void QFtpDTP::socketReadyRead()
 // An unbuffered socket tells only the one who reads that the other side has closed.
 void QFtpDTP::discardArrived()
 {
+    if (!socket->isOpen())
+        return;
     const qint64 count = socket->skip(std::max<qint64>(1, socket->bytesAvailable()));
     if (count < 0 && state() == QAbstractSocket::UnconnectedState)
         socketConnectionClosed();
