@@ -40,14 +40,17 @@ public:
     }
 
     /// Connects to the client, at the address that PORT names.
-    void openActive(const QByteArray &address)
+    void openActive(const QByteArray &address, const char *from = "127.0.0.1")
     {
         const QByteArrayList fields = address.split(',');
         auto *socket = new QTcpSocket(this);
         useData(socket);
+        socket->bind(QHostAddress(QLatin1String(from)));
         socket->connectToHost(QHostAddress::LocalHost,
                               static_cast<quint16>(fields.value(4).toInt() * 256 + fields.value(5).toInt()));
     }
+
+    bool isStoring() const { return transfer == "STOR"; }
 
     /// By verb ("" is the greeting): sent instead of what would be done.
     QHash<QByteArray, QByteArray> answers{{"", "220 Ready\r\n"},
