@@ -7,6 +7,7 @@
 
 #include <QHostAddress>
 #include <QLoggingCategory>
+#include <QMetaEnum>
 #include <QPointer>
 #include <QTcpSocket>
 
@@ -43,6 +44,11 @@ bool isFailure(const FtpReply &reply)
 {
     return reply.kind() == FtpReply::Kind::TransientFailure ||
            reply.kind() == FtpReply::Kind::PermanentFailure || reply.code == codeSuperfluous;
+}
+
+const char *nameOf(QFtpPI::State state)
+{
+    return QMetaEnum::fromType<QFtpPI::State>().valueToKey(static_cast<int>(state));
 }
 
 QString refusedDataText()
@@ -92,7 +98,7 @@ void QFtpPI::makeCommandSocket()
 
 void QFtpPI::changeState(State next)
 {
-    qCDebug(ftpLog) << state << "->" << next;
+    qCDebug(ftpLog, "%s -> %s", nameOf(state), nameOf(next));
     state = next;
     patience.stop();
 }
