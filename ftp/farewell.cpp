@@ -25,7 +25,7 @@ Farewell::Farewell(QTcpSocket *controlConnection, QTcpSocket *data)
 
 void Farewell::readAnswer()
 {
-    replies.append(control->readAll());
+    replies.append(control->read(control->bytesAvailable()));
     while (const std::optional<FtpReply> reply = replies.next()) {
         if (reply->kind() != FtpReply::Kind::Preliminary)
             deleteLater();

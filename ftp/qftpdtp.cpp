@@ -33,16 +33,22 @@ void QFtpDTP::setTransfer(Transfer next)
     socket.reset();
     connection = Connection::None;
     kind = next;
-    device.clear();
+    forgetDevice();
     listing.clear();
     bytesDone = 0;
     bytesTotal = 0;
     clearError();
 }
 
+void QFtpDTP::forgetDevice()
+{
+    device.clear();
+    bytesToUpload.close();
+    bytesToUpload.setData(QByteArray());
+}
+
 void QFtpDTP::setData(const QByteArray *bytes)
 {
-    bytesToUpload.close();
     bytesToUpload.setData(*bytes);
     bytesToUpload.open(QIODevice::ReadOnly);
     setDevice(&bytesToUpload);
@@ -174,6 +180,7 @@ void QFtpDTP::endTransfer()
         abortConnection();
     listener.close();
     kind = Transfer::None;
+    forgetDevice();
 }
 
 QAbstractSocket::SocketState QFtpDTP::state() const
@@ -278,7 +285,7 @@ void QFtpDTP::discardArrived()
 void QFtpDTP::readListing()
 {
     const QPointer<QFtpDTP> self = this;
-    listing.append(socket->readAll());
+    listing.append(socket->read(socket->bytesAvailable()));
     // Not after an abort.
     while (kind == Transfer::Listing) {
         const std::optional<QByteArray> line = listing.takeLine();
@@ -297,7 +304,7 @@ void QFtpDTP::readIntoDevice()
 {
     const QPointer<QFtpDTP> self = this;
     while (self && kind == Transfer::Download && socket && socket->bytesAvailable() > 0) {
-        const QByteArray bytes = socket->readAll();
+        const QByteArray bytes = socket->read(socket->bytesAvailable());
         bytesDone += bytes.size();
         // A full disk must not pass for a finished download.
         if (!device || device->write(bytes) != bytes.size()) {
@@ -363,7 +370,7 @@ qint64 QFtpDTP::read(char *buffer, qint64 maxlen)
 
 QByteArray QFtpDTP::readAll()
 {
-    QByteArray all = bytesAvailable() > 0 ? socket->readAll() : QByteArray();
+    QByteArray all = bytesAvailable() > 0 ? socket->read(bytesAvailable()) : QByteArray();
     bytesDone += all.size();
     return all;
 }

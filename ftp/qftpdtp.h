@@ -38,7 +38,6 @@ public:
         Listing,
         Abandoned ///< whatever still arrives is thrown away
     };
-    Q_ENUM(Transfer)
 
     /// sessionEvents has to outlive it.
     QFtpDTP(QObject *interpreter, SessionEvents *sessionEvents);
@@ -48,7 +47,7 @@ public:
     /// next one is of this kind.
     void setTransfer(Transfer next);
     Transfer transfer() const { return kind; }
-    /// Uploads these bytes; they are copied.
+    /// Uploads these bytes; they are copied. To be called once after setTransfer().
     void setData(const QByteArray *bytes);
     /// Uploads from or downloads into this device, which has to be open.
     void setDevice(QIODevice *sourceOrSink);
@@ -114,6 +113,7 @@ private:
     enum class Connection { None, Listening, Connecting, Open, Closed };
 
     static QString sourceFailure();
+    void forgetDevice();
     void useSocket(QTcpSocket *next, const QString &name);
     void countSent(qint64 bytes);
     void finishUpload();

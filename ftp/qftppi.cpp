@@ -295,7 +295,7 @@ void QFtpPI::readReplies()
         if (const std::optional<FtpReply> reply = replies.next())
             handleReply(*reply);
         else if (source->bytesAvailable() > 0)
-            replies.append(source->readAll());
+            replies.append(source->read(source->bytesAvailable()));
         else
             return;
     }

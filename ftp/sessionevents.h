@@ -1,14 +1,15 @@
 // What a slot may do while one of the client's signals calls it: run an event loop, abort, or delete the
 // client. The layers of the client stay right by two rules.
-// 1. Nothing that a socket, a timer or a device of the caller tells is connected directly; it is connected
-// and
-//    posted through the SessionEvents of the session. So no socket has one of its signals on the stack when a
-//    slot of the caller runs, and may be deleted at once; and while such a slot runs an event loop, what
-//    arrives waits until it has returned: one event after the other, in the order in which they came.
-// 2. After a signal that may reach the caller, only a QPointer taken before it tells whether the emitter is
-//    still there. The events wait, so that a slot can have changed nothing else but by abort().
-// What must outlive the client for a moment, the sockets of an upload that was given up, is owned by a
-// Farewell.
+//
+// What a socket, a timer or a device of the caller tells is never connected directly. It is connected and
+// posted through the SessionEvents of the session. So no socket has one of its signals on the stack when a
+// slot of the caller runs, and may be deleted at once. And while such a slot runs an event loop, what arrives
+// waits until it has returned: one event after the other, in the order in which they came.
+//
+// After a signal that may reach the caller, only a QPointer taken before it tells whether the emitter is
+// still there. As the events wait, nothing else can have changed but by an abort.
+//
+// What must outlive the client for a moment, the sockets of an abandoned upload, is owned by a Farewell.
 #pragma once
 
 #include <QObject>
