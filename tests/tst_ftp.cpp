@@ -141,6 +141,7 @@ public:
             {"put", [&] { ftp->put("abc", file); }},
             {"put-closed", [&] { ftp->put(new QFile(QStringLiteral("/missing"), ftp), file); }},
             {"put-large", [&] { ftp->put(new MadeUpDevice(largeBytes, ftp), file); }},
+            {"put-huge", [&] { putPaced((qint64(1) << 32) + 5); }},
             {"cut", [&] { server.cutAt = largeBytes / 8; }},
             {"cut-early", [&] { server.cutAt = 0; }},
             {"reset", [&] { server.cutAt = largeBytes / 8, server.cutsByReset = true; }},
@@ -190,6 +191,19 @@ private:
     {
         log += QString::fromLatin1(text).arg(value.toString());
         step(log.last().toLatin1());
+    }
+
+    // Whole blocks, each when the one before it has left.
+    void putPaced(qint64 size)
+    {
+        auto *const source = new MadeUpDevice(size, ftp);
+        source->make = [this, source, size](qint64 count) {
+            if (count != std::min<qint64>(16384, size - source->pos()) ||
+                progress != qMakePair(source->pos(), size))
+                log += QStringLiteral("not paced");
+            return count;
+        };
+        ftp->put(source, QStringLiteral("f"));
     }
 
     void putUntil(int lastRead, const std::function<void(QObject *)> &atLast) const
@@ -313,7 +327,6 @@ private slots:
     void readsListings_data();
     void readsListings();
     void readsManyPiecesAndBlanksInTime();
-    void uploadsBeyondFourGigabytes();
     void staysSmallUnderEndlessLines();
     void transfersWhole_data();
     void transfersWhole();
@@ -365,6 +378,7 @@ void TestFtp::runsCommands_data()
     row("PASV 227 Nowhere\r\n|STOR 150 Go\r\n226 Done\r\n", "put", "TYPE I|PASV|ALLO 3|STOR f", putCut);
     row("PASV 227 (255,255,255,255,0,1)\r\n", "put", "TYPE I|PASV", putFailed + noData);
     row(usual, "stranger active list", "TYPE A|PORT|LIST", "finished 1, list x, finished 2, done 0");
+    row(usual, "put-huge", "TYPE I|PASV|ALLO 4294967301|STOR f", "finished 1, done 0");
     row(usual, "put-waiting", "TYPE I|PASV|STOR f", "finished 1, done 0");
     row("STOR 150 Go\r\n|ABOR 426 Cut off\r\n226 Aborted\r\n", "put-abort",
         "TYPE I|PASV|ALLO 10000000|STOR f|ABOR", "failed 1, done 1, Uploading file failed:\nCut off");
@@ -590,27 +604,6 @@ void TestFtp::readsManyPiecesAndBlanksInTime()
     QVERIFY2(clock.elapsed() < 2000, qPrintable(QString::number(clock.elapsed())));
 }
 
-void TestFtp::uploadsBeyondFourGigabytes()
-{
-    constexpr qint64 size = (qint64(1) << 32) + 5;
-    Session session;
-    MadeUpDevice device(size);
-    bool isPaced = true;
-    device.make = [&](qint64 count) {
-        // Whole blocks, each when the one before it has left.
-        isPaced = isPaced && count == std::min<qint64>(16384, size - device.pos()) &&
-                  session.progress == qMakePair(device.pos(), size);
-        return count;
-    };
-    session.queue("connect login");
-    session.ftp->put(&device, QStringLiteral("f"));
-    QTRY_VERIFY_WITH_TIMEOUT(session.isDone(), 12 * bound);
-    QVERIFY(session.server.lines.contains("ALLO " + QByteArray::number(size)));
-    QVERIFY(isPaced);
-    QCOMPARE(session.progress, qMakePair(size, size));
-    QCOMPARE(session.server.uploadedBytes, size);
-}
-
 void TestFtp::staysSmallUnderEndlessLines()
 {
     Session session;
@@ -683,7 +676,7 @@ void TestFtp::transfersWhole()
             .replace(QLatin1String("PORT"), QString::number(port))
             .replace(QLatin1String("FOLDER"), path);
     };
-    for (const char *const name : {"image", "empty", "f"})
+    for (const char *const name : {"image", "f"})
         QFile::remove(folder.filePath(QLatin1String(name)));
     // Also where it is empty: without a file of its own, a server would read this machine's.
     QFile optionsFile(folder.filePath(QStringLiteral("options")));
@@ -710,11 +703,8 @@ void TestFtp::transfersWhole()
     QBuffer source(&bytes);
     QBuffer sink;
     QVERIFY(sink.open(QIODevice::WriteOnly));
-    qint64 uploaded = 0;
-    session.step = [&](const QByteArray &) { uploaded = std::max(uploaded, session.progress.first); };
     session.ftp->connectToHost(host, port);
     session.queue(words);
-    session.ftp->put(QByteArray(), QStringLiteral("empty"));
     session.queue("put-large");
     QString answers;
     connect(session.ftp->findChild<QFtpPI *>(), &QFtpPI::rawFtpReply, this,
@@ -731,15 +721,12 @@ void TestFtp::transfersWhole()
     session.ftp->list();
     session.ftp->get(QStringLiteral("image"), &sink);
     session.ftp->close();
-    uploaded = 0;
     QVERIFY(waitUntil([&] { return session.isDone(); }));
     QVERIFY2(session.log.contains(QLatin1String("done 0")), qPrintable(session.ftp->errorString()));
     QVERIFY(session.log.contains(QLatin1String("list image")));
-    QVERIFY(session.log.contains(QLatin1String("list empty")));
     QFile stored(folder.filePath(QStringLiteral("image")));
     QVERIFY(stored.open(QIODevice::ReadOnly));
     QVERIFY(stored.readAll() == bytes);
-    QCOMPARE(uploaded, qint64(bytes.size()));
     QVERIFY(sink.data() == bytes);
     server.kill();
     server.waitForFinished();
