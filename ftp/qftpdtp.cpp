@@ -74,7 +74,7 @@ QString QFtpDTP::sourceFailure()
 QString QFtpDTP::shortfall() const
 {
     // A stream has no end that could be missed, but what was never connected has taken none of it.
-    const bool isLenient = device && device->isSequential() && pump && pump->hasStarted();
+    const bool isLenient = !device.isNull() && device->isSequential() && pump && pump->hasStarted();
     if (kind == Transfer::Abandoned)
         return tr("Aborted");
     if (kind == Transfer::Upload && !isLenient && !(pump && pump->hasSentAll()))

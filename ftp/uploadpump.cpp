@@ -35,7 +35,7 @@ void UploadPump::start(QTcpSocket *connection)
 
 void UploadPump::resume()
 {
-    if (!socket || state != State::Sending || std::exchange(isPosted, true))
+    if (socket.isNull() || state != State::Sending || std::exchange(isPosted, true))
         return;
     events->post(this, [this] {
         isPosted = false;
@@ -85,16 +85,16 @@ bool UploadPump::sendBlock()
     const QPointer<UploadPump> self = this;
     if (leftBytes > 0)
         emit sent(leftBytes);
-    return self && keptBytes == 0;
+    return !self.isNull() && keptBytes == 0;
 }
 
 // Half a file must not pass for a whole one. A stream has no size, pauses with 0 and ends with -1.
 void UploadPump::endSource(qint64 lastRead)
 {
-    const bool isStream = device && device->isSequential();
+    const bool isStream = !device.isNull() && device->isSequential();
     if (isStream && lastRead == 0)
         return;
-    const bool isWhole = device && (isStream || device->pos() >= end);
+    const bool isWhole = !device.isNull() && (isStream || device->pos() >= end);
     state = isWhole ? State::SentAll : State::Failed;
     if (isWhole)
         emit sentAll();
