@@ -30,10 +30,10 @@ namespace
 constexpr qint64 gibibyte = qint64(1) << 30;
 constexpr qint64 mebibyte = qint64(1) << 20;
 constexpr qint64 parallelFileBytes = 32 * mebibyte;
-constexpr int pairs = 5;
+constexpr int pairs = 20;
 constexpr int parallelUploads = 100;
 constexpr double wantedThroughputRatio = 1.0;
-constexpr double wantedProcessorRatio = 1.5;
+constexpr double wantedProcessorRatio = 1.0;
 constexpr qint64 wantedBytesPerUpload = qint64(64) * 1024;
 constexpr std::size_t sinkBytes = std::size_t(64) * 1024;
 

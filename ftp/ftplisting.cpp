@@ -8,7 +8,7 @@
 namespace
 {
 
-// Long rows of blanks make the Unix expression try every way to share them out among its columns.
+// Longer than any path; the dates of such a line take long to reject.
 constexpr int longestLine = 1024;
 constexpr qint64 clockToleranceSeconds = 86400;
 constexpr int lastYearOfOldCentury = 1970;
@@ -68,9 +68,13 @@ int readPermissions(const QString &letters)
 
 std::optional<QUrlInfo> parseUnixLine(const QString &line, const QDateTime &now)
 {
+    // Nothing that was matched is given back (the doubled plus signs), or a long row of blanks would be
+    // shared out among the columns in every way. Owner and group may be missing where there are blanks
+    // enough.
     static const QRegularExpression pattern(
-        QStringLiteral("^([\\-dl])([a-zA-Z\\-]{9,9})\\s+\\d+\\s+(\\S*)\\s+(\\S*)\\s+(\\d+)"
-                       "\\s+(\\S+\\s+\\S+\\s+\\S+)\\s+(\\S.*)"));
+        QStringLiteral("^([\\-dl])([a-zA-Z\\-]{9,9})\\s++\\d++"
+                       "(?|\\s++(\\S++)\\s++(\\S++)|\\s++(\\S++)\\s()|\\s()\\s++(\\S++)|\\s()\\s())"
+                       "\\s++(\\d++)\\s++(\\S++\\s++\\S++\\s++\\S++)\\s++(\\S.*)"));
     const QRegularExpressionMatch match = pattern.match(line);
     if (!match.hasMatch())
         return std::nullopt;
@@ -103,7 +107,7 @@ QDateTime readDosDate(const QString &text)
 std::optional<QUrlInfo> parseDosLine(const QString &line)
 {
     static const QRegularExpression pattern(QStringLiteral(
-        "^(\\d\\d-\\d\\d-\\d\\d\\d?\\d?\\ \\ \\d\\d:\\d\\d[AP]M)\\s+(<DIR>|\\d+)\\s+(\\S.*)$"));
+        "^(\\d\\d-\\d\\d-\\d\\d\\d?\\d?\\ \\ \\d\\d:\\d\\d[AP]M)\\s++(<DIR>|\\d++)\\s++(\\S.*)$"));
     const QRegularExpressionMatch match = pattern.match(line);
     if (!match.hasMatch())
         return std::nullopt;
@@ -124,9 +128,13 @@ std::optional<QUrlInfo> parseDosLine(const QString &line)
 
 std::optional<QUrlInfo> ftplisting::parseLine(const QString &line, const QDateTime &now)
 {
-    const QString trimmed = line.trimmed();
-    if (trimmed.size() > longestLine)
+    const int length = line.endsWith(QLatin1String("\r\n"))
+                           ? line.size() - 2
+                           : line.size() - int(line.endsWith(QLatin1Char('\n')));
+    if (length > longestLine)
         return std::nullopt;
-    const std::optional<QUrlInfo> info = parseUnixLine(trimmed, now);
-    return info ? info : parseDosLine(trimmed);
+    // Blanks at its end belong to the name, and a line that begins with one is no entry.
+    const QString text = line.left(length);
+    const std::optional<QUrlInfo> info = parseUnixLine(text, now);
+    return info ? info : parseDosLine(text);
 }

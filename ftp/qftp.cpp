@@ -10,8 +10,8 @@
 
 #include <atomic>
 #include <deque>
-#include <optional>
 #include <utility>
+#include <variant>
 
 namespace
 {
@@ -79,14 +79,17 @@ QString failureText(QFtp::Command command, const QString &text)
 } // namespace
 
 struct QFtp::Request {
+    enum class Stage { Queued, Aborted, Running };
+    using Device = QPointer<QIODevice>;
+
     Request(Command kind, QStringList lines) : command(kind), rawCmds(std::move(lines)) {}
 
     Command command;
     /// For ConnectToHost and SetProxy host and port, else the lines to send.
     QStringList rawCmds;
-    bool is_ba = false;
-    QByteArray data;
-    QPointer<QIODevice> device;
+    /// What is uploaded, or downloaded into.
+    std::variant<std::monostate, QByteArray, Device> data;
+    Stage stage = Stage::Queued;
     int id = 0;
 };
 
@@ -111,17 +114,15 @@ QFtp::QFtp(QObject *parent) : QObject(parent), d(std::make_unique<Private>())
     connect(d->pi, &QFtpPI::finished, this, &QFtp::_q_piFinished);
     connect(d->pi, QOverload<int, const QString &>::of(&QFtpPI::error), this, &QFtp::_q_piError);
     connect(d->pi, &QFtpPI::rawFtpReply, this, &QFtp::_q_piFtpReply);
-    const QFtpDTP *const dtp = &d->pi->dataTransfer();
-    connect(dtp, &QFtpDTP::readyRead, this, &QFtp::readyRead);
-    connect(dtp, &QFtpDTP::dataTransferProgress, this, &QFtp::dataTransferProgress);
-    connect(dtp, &QFtpDTP::listInfo, this, &QFtp::listInfo);
+    connect(d->pi, &QFtpPI::dataArrived, this, &QFtp::readyRead);
+    connect(d->pi, &QFtpPI::dataTransferProgress, this, &QFtp::dataTransferProgress);
+    connect(d->pi, &QFtpPI::listInfo, this, &QFtp::listInfo);
 }
 
 QFtp::~QFtp()
 {
     // The farewell to the server must not come back as signals of an object that is half gone.
     d->pi->disconnect(this);
-    d->pi->dataTransfer().disconnect(this);
     if (!d->pending.empty())
         d->pi->abort();
     delete d->pi;
@@ -173,7 +174,8 @@ int QFtp::get(const QString &file, QIODevice *dev, TransferType type)
 {
     Request request{
         Get, {typeLine(type), line("SIZE", file), dataConnectionLine(d->transferMode), line("RETR", file)}};
-    request.device = dev;
+    if (dev)
+        request.data = Request::Device(dev);
     return enqueue(std::move(request));
 }
 
@@ -182,7 +184,6 @@ int QFtp::put(const QByteArray &data, const QString &file, TransferType type)
     Request request{Put,
                     {typeLine(type), dataConnectionLine(d->transferMode),
                      line("ALLO", QString::number(data.size())), line("STOR", file)}};
-    request.is_ba = true;
     request.data = data;
     return enqueue(std::move(request));
 }
@@ -194,7 +195,7 @@ int QFtp::put(QIODevice *dev, const QString &file, TransferType type)
         lines += line("ALLO", QString::number(dev->size()));
     lines += line("STOR", file);
     Request request{Put, lines};
-    request.device = dev;
+    request.data = Request::Device(dev);
     return enqueue(std::move(request));
 }
 
@@ -236,17 +237,17 @@ int QFtp::enqueue(Request request)
 
 qint64 QFtp::bytesAvailable() const
 {
-    return d->pi->dataTransfer().bytesAvailable();
+    return d->pi->bytesAvailable();
 }
 
 qint64 QFtp::read(char *data, qint64 maxlen)
 {
-    return d->pi->dataTransfer().read(data, maxlen);
+    return d->pi->read(data, maxlen);
 }
 
 QByteArray QFtp::readAll()
 {
-    return d->pi->dataTransfer().readAll();
+    return d->pi->readAll();
 }
 
 int QFtp::currentId() const
@@ -261,7 +262,10 @@ QFtp::Command QFtp::currentCommand() const
 
 QIODevice *QFtp::currentDevice() const
 {
-    return d->pending.empty() ? nullptr : d->pending.front().device.data();
+    if (d->pending.empty())
+        return nullptr;
+    const auto *const device = std::get_if<Request::Device>(&d->pending.front().data);
+    return device ? device->data() : nullptr;
 }
 
 bool QFtp::hasPendingCommands() const
@@ -295,6 +299,9 @@ void QFtp::abort()
     if (d->pending.empty())
         return;
     clearPendingCommands();
+    Request &current = d->pending.front();
+    if (current.stage == Request::Stage::Queued)
+        current.stage = Request::Stage::Aborted;
     d->pi->abort();
 }
 
@@ -305,83 +312,97 @@ void QFtp::_q_startNextCommand()
     while (!d->pending.empty()) {
         d->error = NoError;
         d->errorString = tr("Unknown error");
-        d->pi->dataTransfer().resetTransfer();
-        const int id = currentId();
-        emit commandStarted(id);
-        if (!self || currentId() != id || !carryOut(d->pending.front()) || !finishCommand(false))
+        d->pi->prepareNoTransfer();
+        emit commandStarted(currentId());
+        if (!self)
+            return;
+        const Start start = carryOut();
+        const bool isOver = start == Start::Done || start == Start::Failed;
+        if (!isOver || !finishCommand(start == Start::Failed))
             return;
     }
 }
 
-// True when the command is over already; false while it runs, and when a slot may have ended it or this
-// object.
-bool QFtp::carryOut(const Request &request)
+QFtp::Start QFtp::carryOut()
 {
+    const Request &request = d->pending.front();
+    if (request.stage == Request::Stage::Aborted)
+        return fail(UnknownError, tr("Aborted"));
     switch (request.command) {
     case SetTransferMode:
-        return true;
+        return Start::Done;
     case SetProxy:
         d->proxyHost = request.rawCmds.at(0);
         d->proxyPort = request.rawCmds.at(1).toUShort();
-        return true;
+        return Start::Done;
     case ConnectToHost:
-        startConnecting(request.rawCmds.at(0), request.rawCmds.at(1).toUShort());
-        return false;
+        return startConnecting(request.rawCmds.at(0), request.rawCmds.at(1).toUShort());
     default:
-        sendLines(request);
-        return false;
+        return sendLines();
     }
 }
 
-void QFtp::startConnecting(const QString &host, quint16 port)
+QFtp::Start QFtp::startConnecting(const QString &host, quint16 port)
 {
     copyNetworkSession(this, d->pi);
+    d->pending.front().stage = Request::Stage::Running;
     if (d->proxyHost.isEmpty()) {
         d->pi->connectToHost(host, port);
-        return;
+    } else {
+        d->host = host;
+        d->port = port;
+        d->pi->connectToHost(d->proxyHost, d->proxyPort);
     }
-    d->host = host;
-    d->port = port;
-    d->pi->connectToHost(d->proxyHost, d->proxyPort);
+    return Start::Running;
 }
 
-void QFtp::sendLines(const Request &request)
+QFtp::Start QFtp::sendLines()
 {
     const QPointer<QFtp> self = this;
-    QStringList lines = request.rawCmds;
-    if (request.command == Login && !d->proxyHost.isEmpty())
+    const Command command = currentCommand();
+    QStringList lines = d->pending.front().rawCmds;
+    QString reason;
+    if (command == Login && !d->proxyHost.isEmpty())
         lines.first() = proxyUserLine(lines.first(), d->host, d->port);
-    else if (request.command == Put)
-        startUpload(request);
-    else if (request.command == Get && request.device)
-        d->pi->dataTransfer().setDevice(request.device);
-    else if (request.command == Close)
+    else if (command == Put || command == Get || command == List)
+        reason = prepareTransfer();
+    else if (command == Close)
         _q_piConnectState(Closing);
-    if (self)
-        d->pi->sendCommands(lines);
+    // Both may have called a slot that has aborted the command or deleted all.
+    if (!self)
+        return Start::Deleted;
+    if (d->pending.front().stage == Request::Stage::Aborted)
+        reason = tr("Aborted");
+    if (!reason.isNull())
+        return fail(UnknownError, reason);
+    d->pending.front().stage = Request::Stage::Running;
+    d->pi->sendCommands(lines);
+    return Start::Running;
 }
 
-void QFtp::startUpload(const Request &request)
+// Returns why there can be no transfer; null otherwise.
+QString QFtp::prepareTransfer()
 {
-    QFtpDTP *const dtp = &d->pi->dataTransfer();
-    if (request.is_ba) {
-        dtp->setData(&request.data);
-        dtp->setBytesTotal(request.data.size());
-        return;
+    const Command command = currentCommand();
+    const Request &request = d->pending.front();
+    const auto *const given = std::get_if<Request::Device>(&request.data);
+    if (command == List) {
+        d->pi->prepareListing();
+    } else if (command == Get) {
+        if (given && !*given)
+            return tr("The file to download into is gone");
+        d->pi->prepareDownload(given ? given->data() : nullptr);
+    } else if (const auto *const bytes = std::get_if<QByteArray>(&request.data)) {
+        d->pi->prepareUpload(*bytes);
+    } else {
+        QIODevice *const source = given ? given->data() : nullptr;
+        if (!source)
+            return tr("There is no file to upload");
+        if (!source->isReadable() && (source->isOpen() || !source->open(QIODevice::ReadOnly)))
+            return source->errorString();
+        d->pi->prepareUpload(source);
     }
-    QIODevice *const device = request.device;
-    if (!device || !(device->isOpen() || device->open(QIODevice::ReadOnly))) {
-        dtp->setDevice(nullptr);
-        dtp->setBytesTotal(0);
-        return;
-    }
-    dtp->setDevice(device);
-    connect(device, &QObject::destroyed, dtp, &QFtpDTP::dataReadyRead, Qt::UniqueConnection);
-    if (device->isSequential()) {
-        connect(device, &QIODevice::readyRead, dtp, &QFtpDTP::dataReadyRead, Qt::UniqueConnection);
-        connect(device, &QIODevice::readChannelFinished, dtp, &QFtpDTP::dataReadyRead, Qt::UniqueConnection);
-    }
-    dtp->setBytesTotal(device->isSequential() ? 0 : device->size());
+    return {};
 }
 
 void QFtp::_q_piFinished(const QString & /*text*/)
@@ -407,17 +428,23 @@ void QFtp::_q_piError(int code, const QString &text)
     const QString sent = d->pi->currentCommand();
     // A server that cannot tell the size, or needs no room made, can still transfer the file.
     if (command == Get && sent.startsWith(QLatin1String("SIZE "))) {
-        d->pi->dataTransfer().setBytesTotal(0);
+        d->pi->forgetSize();
         return;
     }
     if (command == Put && sent.startsWith(QLatin1String("ALLO ")))
         return;
-    d->error = static_cast<Error>(code);
-    d->errorString = failureText(command, text);
-    d->pi->clearPendingCommands();
-    clearPendingCommands();
+    fail(code, text);
     if (finishCommand(true))
         _q_startNextCommand();
+}
+
+QFtp::Start QFtp::fail(int code, const QString &text)
+{
+    d->error = static_cast<Error>(code);
+    d->errorString = failureText(currentCommand(), text);
+    d->pi->clearPendingCommands();
+    clearPendingCommands();
+    return Start::Failed;
 }
 
 // True when another command is to be started now.

@@ -1,8 +1,8 @@
 // An FTP client whose every operation is asynchronous: a call queues one command and returns its id, the
-// commands run strictly one after another, and signals tell how they fare. Whoever creates it owns it, and
-// may delete it at any moment, also from a slot of one of its own signals. When the control connection is
-// lost in the middle of a command, only stateChanged() tells of it: the object is finished and has to be
-// deleted.
+// commands run strictly one after another, and signals tell how they fare. Whoever creates it owns it. A slot
+// of one of its signals may delete it, and may run an event loop: the session then stands still until the
+// slot returns. When the control connection is lost in the middle of a command, only stateChanged() tells of
+// it: the object is finished and has to be deleted.
 #pragma once
 
 #include "ftp/qurlinfo.h"
@@ -52,7 +52,8 @@ public:
     Q_ENUM(TransferType)
 
     explicit QFtp(QObject *parent = nullptr);
-    /// A running command is told to the server as aborted; no signal is emitted any more.
+    /// A running command is told to the server as aborted; no signal is emitted any more. The connections of
+    /// an upload stay open until the server has answered that, for a second at most.
     ~QFtp() override;
 
     // Every operation returns the id of its command: unique and ascending in the whole process, from 1.
@@ -73,7 +74,7 @@ public:
     int get(const QString &file, QIODevice *dev = nullptr, TransferType type = Binary);
     int put(const QByteArray &data, const QString &file, TransferType type = Binary);
     /// Uploads what dev yields, from its current position to its end. It is opened if need be and stays the
-    /// caller's.
+    /// caller's. Nothing is sent of a command whose device cannot be opened.
     int put(QIODevice *dev, const QString &file, TransferType type = Binary);
     int remove(const QString &file);
     int mkdir(const QString &dir);
@@ -113,7 +114,8 @@ signals:
     void done(bool error);
 
 public slots:
-    /// Drops the waiting commands and asks the server to give up the current one. Nothing without a command.
+    /// Drops the waiting commands and asks the server to give up the current one, which ends as failed unless
+    /// it was done already. Nothing without a command.
     void abort();
 
 private slots:
@@ -127,11 +129,15 @@ private:
     struct Request;
     struct Private;
 
+    /// What became of a command that was to be started.
+    enum class Start { Running, Done, Failed, Deleted };
+
     int enqueue(Request request);
-    bool carryOut(const Request &request);
-    void startConnecting(const QString &host, quint16 port);
-    void sendLines(const Request &request);
-    void startUpload(const Request &request);
+    Start carryOut();
+    Start startConnecting(const QString &host, quint16 port);
+    Start sendLines();
+    QString prepareTransfer();
+    Start fail(int code, const QString &text);
     bool finishCommand(bool failed);
 
     std::unique_ptr<Private> d;

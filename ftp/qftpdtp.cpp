@@ -2,54 +2,60 @@
 
 #include "ftp/ftplisting.h"
 #include "ftp/networksession.h"
-#include "ftp/qftppi.h"
-#include "ftp/socketsignal.h"
+#include "ftp/sessionevents.h"
+#include "ftp/uploadpump.h"
 
-#include <QHostAddress>
-#include <QIODevice>
 #include <QTcpSocket>
 
 #include <algorithm>
-#include <array>
-#include <cstring>
 #include <utility>
 
 namespace
 {
 
-constexpr int uploadBlockBytes = 16384;
-// Long enough to spare the event loop most of its turns, short enough for painting and input to notice
-// nothing.
-constexpr int blocksPerTurn = 64;
-// Measured: two cost up to a twentieth more, four vary more from run to run, eight cost a fifth.
-constexpr int blocksPerPush = 3;
 // What a download holds unread: the network waits for a slow disk instead of filling the memory.
 constexpr qint64 readBufferBytes = qint64(64) * 1024;
 
 } // namespace
 
-QFtpDTP::QFtpDTP(QFtpPI *interpreter) : QObject(interpreter), listener(this), pi(interpreter)
+QFtpDTP::QFtpDTP(QObject *interpreter, SessionEvents *sessionEvents)
+    : QObject(interpreter), events(sessionEvents), listener(this)
 {
     listener.setObjectName(QStringLiteral("QFtpDTP active state server"));
-    connect(&listener, &QTcpServer::newConnection, this, &QFtpDTP::setupSocket);
+    events->connectQueued(&listener, &QTcpServer::newConnection, this, [this] { setupSocket(); });
 }
 
-QFtpDTP::~QFtpDTP()
+QFtpDTP::~QFtpDTP() = default;
+
+void QFtpDTP::setTransfer(Transfer next)
 {
-    SocketSignal::dispose(socket, this);
+    abortConnection();
+    socket.reset();
+    connection = Connection::None;
+    kind = next;
+    forgetDevice();
+    listing.clear();
+    bytesDone = 0;
+    bytesTotal = 0;
+    clearError();
+}
+
+void QFtpDTP::forgetDevice()
+{
+    device.clear();
+    bytesToUpload.close();
+    bytesToUpload.setData(QByteArray());
 }
 
 void QFtpDTP::setData(const QByteArray *bytes)
 {
-    forgetData();
-    is_ba = true;
-    data = *bytes;
+    bytesToUpload.setData(*bytes);
+    bytesToUpload.open(QIODevice::ReadOnly);
+    setDevice(&bytesToUpload);
 }
 
 void QFtpDTP::setDevice(QIODevice *sourceOrSink)
 {
-    forgetData();
-    hasDevice = true;
     device = sourceOrSink;
 }
 
@@ -60,89 +66,121 @@ void QFtpDTP::setBytesTotal(qint64 bytes)
     emit dataTransferProgress(0, bytesTotal);
 }
 
-void QFtpDTP::resetTransfer()
+QString QFtpDTP::sourceFailure()
 {
-    forgetData();
-    clearError();
-    bytesFromSocket.clear();
-    bytesDone = 0;
-    bytesTotal = 0;
-    listener.close();
-    // One that is still open could report on what is no longer running.
-    SocketSignal::dispose(std::exchange(socket, nullptr), this);
+    return tr("The file to upload cannot be read");
 }
 
-void QFtpDTP::forgetData()
+QString QFtpDTP::shortfall() const
 {
-    callWriteData = false;
-    bytesHandedOver = 0;
-    is_ba = false;
-    data.clear();
-    hasDevice = false;
-    device.clear();
-    listing.clear();
+    // A stream has no end that could be missed, but what was never connected has taken none of it.
+    const bool isLenient = !device.isNull() && device->isSequential() && pump && pump->hasStarted();
+    if (kind == Transfer::Abandoned)
+        return tr("Aborted");
+    if (kind == Transfer::Upload && !isLenient && !(pump && pump->hasSentAll()))
+        return tr("The data connection ended before all of the file was sent");
+    const bool isDownload = kind == Transfer::Download || kind == Transfer::ReadByCaller;
+    if (isDownload && bytesDone + bytesAvailable() < bytesTotal)
+        return tr("The data connection ended before all of the file had arrived");
+    return {};
 }
 
 void QFtpDTP::connectToHost(const QString &host, quint16 port)
 {
-    bytesFromSocket.clear();
     listener.close();
-    replaceSocket(new QTcpSocket(this), QStringLiteral("QFtpDTP Passive state socket"));
-    copyNetworkSession(this, socket);
-    // Saves the socket's own copy of each block.
-    const bool isUnbuffered = hasDevice && pi->isStoring();
-    socket->connectToHost(host, port,
-                          isUnbuffered ? QIODevice::ReadWrite | QIODevice::Unbuffered : QIODevice::ReadWrite);
+    useSocket(new QTcpSocket(this), QStringLiteral("QFtpDTP Passive state socket"));
+    connection = Connection::Connecting;
+    copyNetworkSession(this, socket.get());
+    // For an upload saves the socket's own copy of each block.
+    const QIODevice::OpenMode unbuffered =
+        kind == Transfer::Upload ? QIODevice::Unbuffered : QIODevice::NotOpen;
+    socket->connectToHost(host, port, QIODevice::ReadWrite | unbuffered);
 }
 
-int QFtpDTP::setupListener(const QHostAddress &address)
+int QFtpDTP::setupListener(const QHostAddress &address, const QHostAddress &server)
 {
-    // The last transfer's socket must not be taken for the one that is to come.
-    SocketSignal::dispose(std::exchange(socket, nullptr), this);
     copyNetworkSession(this, &listener);
+    serverAddress = server;
     if (!listener.isListening() && !listener.listen(address, 0))
         return -1;
+    connection = Connection::Listening;
     return listener.serverPort();
 }
 
 void QFtpDTP::setupSocket()
 {
-    const SocketSignal onStack;
-    QTcpSocket *const accepted = listener.nextPendingConnection();
-    if (!accepted)
+    while (QTcpSocket *const accepted = listener.nextPendingConnection()) {
+        if (!accepted->peerAddress().isEqual(serverAddress)) {
+            delete accepted;
+            continue;
+        }
+        useSocket(accepted, QStringLiteral("QFtpDTP Active state socket"));
+        connection = Connection::Open;
+        listener.close();
+        // The server may have answered before it connected, and sent or closed before it was accepted.
+        if (pump)
+            pump->start(socket.get());
+        if (socket->bytesAvailable() > 0)
+            events->post(socket.get(), [this] { socketReadyRead(); });
+        if (state() == QAbstractSocket::UnconnectedState)
+            events->post(socket.get(), [this] { socketConnectionClosed(); });
         return;
-    accepted->setParent(this);
-    replaceSocket(accepted, QStringLiteral("QFtpDTP Active state socket"));
-    listener.close();
-    // The server may have answered STOR before it connected.
-    if (callWriteData)
-        writeData();
+    }
 }
 
-void QFtpDTP::replaceSocket(QTcpSocket *next, const QString &name)
+void QFtpDTP::useSocket(QTcpSocket *next, const QString &name)
 {
-    SocketSignal::dispose(std::exchange(socket, next), this);
+    socket.reset(next);
+    socket->setParent(this);
     socket->setObjectName(name);
-    socket->setReadBufferSize(readBufferBytes);
-    connect(socket, &QTcpSocket::connected, this, &QFtpDTP::socketConnected);
-    connect(socket, &QTcpSocket::readyRead, this, &QFtpDTP::socketReadyRead);
-    connect(socket, &QTcpSocket::errorOccurred, this, &QFtpDTP::socketError);
-    connect(socket, &QTcpSocket::disconnected, this, &QFtpDTP::socketConnectionClosed);
-    connect(socket, &QTcpSocket::bytesWritten, this, &QFtpDTP::socketBytesWritten);
+    // The caller may read when it is all there.
+    socket->setReadBufferSize(kind == Transfer::ReadByCaller ? 0 : readBufferBytes);
+    events->connectQueued(next, &QTcpSocket::connected, this, [this] { socketConnected(); });
+    events->connectQueued(next, &QTcpSocket::readyRead, this, [this] { socketReadyRead(); });
+    events->connectQueued(next, &QTcpSocket::errorOccurred, this,
+                          [this](QAbstractSocket::SocketError error) { socketError(error); });
+    events->connectQueued(next, &QTcpSocket::disconnected, this, [this] { socketConnectionClosed(); });
+    events->connectQueued(next, &QTcpSocket::bytesWritten, this,
+                          [this](qint64 bytes) { socketBytesWritten(bytes); });
 }
 
 void QFtpDTP::waitForConnection()
 {
     if (listener.isListening())
         listener.waitForNewConnection(0);
+    setupSocket();
 }
 
 void QFtpDTP::abortConnection()
 {
-    forgetData();
+    pump.reset();
     listener.close();
+    if (connection != Connection::None)
+        connection = Connection::Closed;
+    if (kind != Transfer::None)
+        kind = Transfer::Abandoned;
     if (socket)
         socket->abort();
+}
+
+void QFtpDTP::abandon()
+{
+    // A transfer whose connection has ended is over already.
+    if (kind == Transfer::None || connection == Connection::Closed)
+        return;
+    kind = Transfer::Abandoned;
+    pump.reset();
+    if (!isOpen())
+        abortConnection();
+}
+
+void QFtpDTP::endTransfer()
+{
+    if (isOpen() || kind != Transfer::ReadByCaller)
+        abortConnection();
+    listener.close();
+    kind = Transfer::None;
+    forgetDevice();
 }
 
 QAbstractSocket::SocketState QFtpDTP::state() const
@@ -150,154 +188,109 @@ QAbstractSocket::SocketState QFtpDTP::state() const
     return socket ? socket->state() : QAbstractSocket::UnconnectedState;
 }
 
+bool QFtpDTP::isUploadCut() const
+{
+    return kind == Transfer::Upload && connection == Connection::Closed && !(pump && pump->hasSentAll());
+}
+
+std::unique_ptr<QTcpSocket> QFtpDTP::takeSocket()
+{
+    return std::move(socket);
+}
+
 void QFtpDTP::writeData()
 {
-    if (state() == QAbstractSocket::UnconnectedState) {
-        callWriteData = is_ba || hasDevice;
+    if (kind != Transfer::Upload || pump)
+        return;
+    if (!device) {
+        fail(sourceFailure());
         return;
     }
-    if (is_ba)
-        writeBytes();
-    else if (hasDevice)
-        writeBlock();
+    pump = std::make_unique<UploadPump>(device, bytesTotal, events, this);
+    connect(pump.get(), &UploadPump::sent, this, &QFtpDTP::countSent);
+    connect(pump.get(), &UploadPump::sentAll, this, &QFtpDTP::finishUpload);
+    connect(pump.get(), &UploadPump::sourceFailed, this, [this] { fail(sourceFailure()); });
+    // An unbuffered socket leaves it to its owner to end a broken connection.
+    connect(pump.get(), &UploadPump::refused, this, [this] { socket->abort(); });
+    if (connection == Connection::Open)
+        pump->start(socket.get());
 }
 
-void QFtpDTP::writeBytes()
+void QFtpDTP::countSent(qint64 bytes)
 {
-    callWriteData = false;
-    if (!data.isEmpty())
-        socket->write(data);
-    finishUpload();
-}
-
-// One block is in flight at a time, so that a transfer needs no more memory than that.
-void QFtpDTP::writeBlock()
-{
-    if (bytesHandedOver > 0 || socket->bytesToWrite() > 0) {
-        callWriteData = true;
-        return;
-    }
-    callWriteData = false;
-    std::array<char, uploadBlockBytes> block; // left uninitialised, for every block would pay for it
-    const qint64 count = device ? device->read(block.data(), uploadBlockBytes) : -1;
-    if (count < 0 || (count == 0 && !device->isSequential())) {
-        if (isSourceCutShort(count))
-            err = tr("The file to upload cannot be read");
-        finishUpload();
-        return;
-    }
-    callWriteData = hasDevice;
-    if (callWriteData && count > 0)
-        sendBlock(block.data(), count);
-}
-
-void QFtpDTP::sendBlock(const char *block, qint64 count)
-{
-    if (socket->write(block, count) < 0) {
-        // An unbuffered socket leaves it to its owner to end a broken connection.
-        socket->abort();
-        return;
-    }
-    pushGatheredBlocks();
-    if (!(socket->openMode() & QIODevice::Unbuffered))
-        return;
-    // What went out at once the socket does not report.
-    bytesHandedOver = count - socket->bytesToWrite();
-    if (bytesHandedOver > 0 && !isPumping)
-        pumpLater();
-}
-
-// The network layer gathers what is written until the other side acknowledges what went before. A few blocks
-// in one segment cost less than each by itself; but left to itself it gathers until a server that reads
-// steadily has to wait. Switching to low delay sends what was gathered.
-void QFtpDTP::pushGatheredBlocks()
-{
-    if (++blocksGathered < blocksPerPush)
-        return;
-    blocksGathered = 0;
-    socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
-    socket->setSocketOption(QAbstractSocket::LowDelayOption, 0);
-}
-
-// Half a file must not pass for a whole one. A stream has no size, and says -1 at its end.
-bool QFtpDTP::isSourceCutShort(qint64 count) const
-{
-    return device.isNull() || (!device->isSequential() && (count < 0 || device->pos() < bytesTotal));
+    bytesDone += bytes;
+    emit dataTransferProgress(bytesDone, bytesTotal);
 }
 
 void QFtpDTP::finishUpload()
 {
-    const QPointer<QTcpSocket> finished = socket;
-    forgetData();
-    if (bytesDone == 0 && socket->bytesToWrite() == 0)
+    const QPointer<QTcpSocket> finished = socket.get();
+    if (bytesDone == 0)
         emit dataTransferProgress(0, bytesTotal);
     if (finished)
         finished->close();
 }
 
+void QFtpDTP::fail(const QString &reason)
+{
+    err = reason;
+    emit failed();
+}
+
 void QFtpDTP::dataReadyRead()
 {
-    // Before the server's go-ahead, and while a block is in flight, the device keeps its data.
-    if (callWriteData)
-        writeData();
+    if (pump)
+        pump->resume();
 }
 
 void QFtpDTP::socketConnected()
 {
-    const SocketSignal onStack;
+    connection = Connection::Open;
     bytesDone = 0;
     emit connectState(CsConnected);
 }
 
 void QFtpDTP::socketReadyRead()
 {
-    const SocketSignal onStack;
-    const QPointer<QFtpDTP> self = this;
-    if (!socket)
+    if (!isOpen())
         return;
-    if (pi->currentCommand().isEmpty()) {
-        socket->close();
-        if (self)
-            emit connectState(CsClosed);
-    } else if (pi->isAbortStarted()) {
-        discardArrived();
-    } else if (pi->currentCommand().startsWith(QLatin1String("LIST"))) {
+    switch (kind) {
+    case Transfer::Listing:
         readListing();
-    } else if (hasDevice) {
-        // Nothing that a server sends during an upload may end up in the source.
-        if (isRetrieving())
-            readIntoDevice();
-        else
-            discardArrived();
-    } else {
-        // The caller may read when it is all there.
-        if (isRetrieving())
-            socket->setReadBufferSize(0);
-        emit dataTransferProgress(bytesDone + socket->bytesAvailable(), bytesTotal);
-        // An abort from that slot may have ended the command.
-        if (!self.isNull() && !pi->currentCommand().isEmpty())
-            emit readyRead();
+        break;
+    case Transfer::Download:
+        readIntoDevice();
+        break;
+    case Transfer::ReadByCaller:
+        announceArrived();
+        break;
+    case Transfer::None:
+    case Transfer::Upload: // nothing that a server sends during one may end up in the source
+    case Transfer::Abandoned:
+        discardArrived();
+        break;
     }
 }
 
 // An unbuffered socket tells only the one who reads that the other side has closed.
 void QFtpDTP::discardArrived()
 {
+    if (!socket->isOpen())
+        return;
     const qint64 count = socket->skip(std::max<qint64>(1, socket->bytesAvailable()));
     if (count < 0 && state() == QAbstractSocket::UnconnectedState)
         socketConnectionClosed();
-}
-
-bool QFtpDTP::isRetrieving() const
-{
-    return pi->currentCommand().startsWith(QLatin1String("RETR"));
 }
 
 void QFtpDTP::readListing()
 {
     const QPointer<QFtpDTP> self = this;
     listing.append(socket->read(socket->bytesAvailable()));
-    while (const std::optional<QByteArray> line = listing.takeLine()) {
+    // Not after an abort.
+    while (kind == Transfer::Listing) {
+        const std::optional<QByteArray> line = listing.takeLine();
+        if (!line)
+            return;
         if (const std::optional<QUrlInfo> info = ftplisting::parseLine(QString::fromLatin1(*line)))
             emit listInfo(*info);
         else if (line->endsWith("No such file or directory\r\n"))
@@ -310,108 +303,74 @@ void QFtpDTP::readListing()
 void QFtpDTP::readIntoDevice()
 {
     const QPointer<QFtpDTP> self = this;
-    const QPointer<QTcpSocket> source = socket;
-    // Asked again each time: a progress slot may process events.
-    while (self && source && source == socket && source->bytesAvailable() > 0) {
-        const QByteArray bytes = source->read(source->bytesAvailable());
-        if (bytes.isEmpty())
-            return;
+    while (self && kind == Transfer::Download && socket && socket->bytesAvailable() > 0) {
+        const QByteArray bytes = socket->read(socket->bytesAvailable());
         bytesDone += bytes.size();
         // A full disk must not pass for a finished download.
-        if (device && device->write(bytes) != bytes.size())
-            err = device->errorString();
+        if (!device || device->write(bytes) != bytes.size()) {
+            fail(device ? device->errorString() : tr("The file to download into is gone"));
+            return;
+        }
         emit dataTransferProgress(bytesDone, bytesTotal);
     }
 }
 
+void QFtpDTP::announceArrived()
+{
+    const QPointer<QFtpDTP> self = this;
+    if (socket->bytesAvailable() == 0)
+        return;
+    emit dataTransferProgress(bytesDone + socket->bytesAvailable(), bytesTotal);
+    if (self && kind == Transfer::ReadByCaller)
+        emit readyRead();
+}
+
 void QFtpDTP::socketError(QAbstractSocket::SocketError socketError)
 {
-    const SocketSignal onStack;
-    if (socketError == QAbstractSocket::HostNotFoundError)
-        emit connectState(CsHostNotFound);
-    else if (socketError == QAbstractSocket::ConnectionRefusedError)
-        emit connectState(CsConnectionRefused);
+    // Of a connection that was there its end is told, and a socket that still tries goes on.
+    if (connection != Connection::Connecting || state() != QAbstractSocket::UnconnectedState)
+        return;
+    connection = Connection::Closed;
+    emit connectState(socketError == QAbstractSocket::HostNotFoundError ? CsHostNotFound
+                                                                        : CsConnectionRefused);
 }
 
 void QFtpDTP::socketConnectionClosed()
 {
-    const SocketSignal onStack;
     const QPointer<QFtpDTP> self = this;
-    const QPointer<QTcpSocket> closed = socket;
-    // A progress slot that processes events keeps the socket from telling of what arrives meanwhile.
-    if (hasDevice && isRetrieving() && !pi->isAbortStarted())
-        readIntoDevice();
-    if (!self || socket != closed)
+    if (!isOpen())
         return;
-    if (hasDevice)
-        forgetData();
-    // It is shut already where this side ended an upload.
-    if (socket->isOpen())
-        bytesFromSocket = socket->read(socket->bytesAvailable());
+    // What came last must not be lost.
+    if (kind == Transfer::Listing || kind == Transfer::Download)
+        socketReadyRead();
+    if (!self || !isOpen())
+        return;
+    connection = Connection::Closed;
     emit connectState(CsClosed);
 }
 
 void QFtpDTP::socketBytesWritten(qint64 bytes)
 {
-    const SocketSignal onStack;
-    const QPointer<QFtpDTP> self = this;
-    reportWritten(bytes);
-    if (self && callWriteData)
-        writeData();
-}
-
-void QFtpDTP::reportWritten(qint64 bytes)
-{
-    bytesDone += bytes;
-    // The rest of an upload that the server has already called complete is nobody's progress.
-    if (!pi->currentCommand().isEmpty())
-        emit dataTransferProgress(bytesDone, bytesTotal);
-}
-
-void QFtpDTP::pumpLater()
-{
-    isPumping = true;
-    QMetaObject::invokeMethod(this, &QFtpDTP::pumpBlocks, Qt::QueuedConnection);
-}
-
-// Reports the block that went out at once, which lets the next one follow, and so on for a number of blocks.
-void QFtpDTP::pumpBlocks()
-{
-    const QPointer<QFtpDTP> self = this;
-    for (int block = 0; block < blocksPerTurn && bytesHandedOver > 0; ++block) {
-        socketBytesWritten(std::exchange(bytesHandedOver, 0));
-        if (!self)
-            return;
-    }
-    isPumping = false;
-    if (bytesHandedOver > 0)
-        pumpLater();
+    if (pump)
+        pump->bytesWritten(bytes);
 }
 
 qint64 QFtpDTP::bytesAvailable() const
 {
-    return state() == QAbstractSocket::ConnectedState ? socket->bytesAvailable() : bytesFromSocket.size();
+    // What a transfer without a device left unread is still in the socket after its end.
+    return socket && socket->isOpen() ? socket->bytesAvailable() : 0;
 }
 
 qint64 QFtpDTP::read(char *buffer, qint64 maxlen)
 {
-    qint64 count = 0;
-    if (state() == QAbstractSocket::ConnectedState) {
-        count = socket->read(buffer, maxlen);
-    } else {
-        count = std::clamp<qint64>(maxlen, 0, bytesFromSocket.size());
-        std::memcpy(buffer, bytesFromSocket.constData(), static_cast<std::size_t>(count));
-        bytesFromSocket.remove(0, static_cast<int>(count));
-    }
+    const qint64 count = bytesAvailable() > 0 ? socket->read(buffer, maxlen) : 0;
     bytesDone += std::max<qint64>(count, 0);
     return count;
 }
 
 QByteArray QFtpDTP::readAll()
 {
-    QByteArray all = state() == QAbstractSocket::ConnectedState
-                         ? socket->readAll()
-                         : std::exchange(bytesFromSocket, QByteArray());
+    QByteArray all = bytesAvailable() > 0 ? socket->read(bytesAvailable()) : QByteArray();
     bytesDone += all.size();
     return all;
 }

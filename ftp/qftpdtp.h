@@ -1,22 +1,26 @@
 // The data connection of one FTP session. It connects to where the server says or waits for the server to
-// connect, moves bytes between the socket and a device or memory, and turns listings into entries. Its
-// interpreter owns it.
+// connect, moves bytes between the socket and a device or memory, and turns listings into entries. What a
+// transfer is, an upload, a download or a listing, is said once, when it is set up. Its interpreter owns it.
 #pragma once
 
 #include "ftp/linesplitter.h"
 #include "ftp/qurlinfo.h"
 
 #include <QAbstractSocket>
+#include <QBuffer>
 #include <QByteArray>
+#include <QHostAddress>
 #include <QObject>
 #include <QPointer>
 #include <QString>
 #include <QTcpServer>
 
-class QFtpPI;
-class QHostAddress;
+#include <memory>
+
 class QIODevice;
 class QTcpSocket;
+class SessionEvents;
+class UploadPump;
 
 class QFtpDTP : public QObject
 {
@@ -26,33 +30,62 @@ public:
     enum ConnectState { CsHostFound, CsConnected, CsClosed, CsHostNotFound, CsConnectionRefused };
     Q_ENUM(ConnectState)
 
-    explicit QFtpDTP(QFtpPI *interpreter);
+    enum class Transfer {
+        None,
+        Upload,
+        Download,     ///< into the device
+        ReadByCaller, ///< a download whose bytes wait for read() and readAll()
+        Listing,
+        Abandoned ///< whatever still arrives is thrown away
+    };
+
+    /// sessionEvents has to outlive it.
+    QFtpDTP(QObject *interpreter, SessionEvents *sessionEvents);
     ~QFtpDTP() override;
 
-    /// Uploads these bytes next; they are copied.
+    /// Ends the last transfer and forgets all of it: connection, source or sink, error and unread data. The
+    /// next one is of this kind.
+    void setTransfer(Transfer next);
+    Transfer transfer() const { return kind; }
+    /// Uploads these bytes; they are copied. To be called once after setTransfer().
     void setData(const QByteArray *bytes);
-    /// Uploads from or downloads into this device next. nullptr: there should be one, but it cannot be used;
-    /// an upload then ends with an error.
+    /// Uploads from or downloads into this device, which has to be open.
     void setDevice(QIODevice *sourceOrSink);
     /// Starts the count of a transfer; 0 when its size is not known.
     void setBytesTotal(qint64 bytes);
-    /// Forgets everything of the last transfer: source, sink, error and unread data.
-    void resetTransfer();
 
+    /// What this side did wrong, or what the server wrote instead of a listing.
     bool hasError() const { return !err.isNull(); }
     QString errorMessage() const { return err; }
     void clearError() { err = QString(); }
+    /// Why the transfer, which the server calls complete, is not; null when it is.
+    QString shortfall() const;
 
     /// Passive mode: connects to where the server listens.
     void connectToHost(const QString &host, quint16 port);
-    /// Active mode: waits for the server to connect; returns the port, or -1.
-    int setupListener(const QHostAddress &address);
+    /// Active mode: waits for the server, and for nobody else, to connect; returns the port, or -1.
+    int setupListener(const QHostAddress &address, const QHostAddress &server);
     /// Accepts a connection that has already arrived; does not block.
     void waitForConnection();
+    /// Closes the connection at once. Nothing is told of it.
     void abortConnection();
+    /// Stops a transfer, but leaves its connection open: for a server its end would be that of the file.
+    void abandon();
+    /// The command is over. What the caller has not read yet stays for him.
+    void endTransfer();
     QAbstractSocket::SocketState state() const;
+    /// Bytes may still go to and fro, or the end of the connection has not been told yet.
+    bool isOpen() const { return connection == Connection::Open; }
+    /// Bytes are under way, so that the server's last word comes too early. An upload that it never let begin
+    /// is not.
+    bool isBusy() const { return isOpen() && (kind != Transfer::Upload || pump); }
+    bool isAwaitingServer() const { return connection == Connection::Listening; }
+    /// The other side has ended the connection before all of the upload had left.
+    bool isUploadCut() const;
+    /// Leaves the socket to the caller.
+    std::unique_ptr<QTcpSocket> takeSocket();
 
-    /// Starts the upload, or goes on with it.
+    /// Starts the upload: the server has given its go-ahead.
     void writeData();
 
     qint64 bytesAvailable() const;
@@ -64,6 +97,8 @@ signals:
     void readyRead();
     void dataTransferProgress(qint64 done, qint64 total);
     void connectState(int connectState);
+    /// The transfer cannot go on for a reason on this side, which errorMessage() tells.
+    void failed();
 
 public slots:
     void socketConnected();
@@ -75,37 +110,30 @@ public slots:
     void dataReadyRead();
 
 private:
-    void replaceSocket(QTcpSocket *next, const QString &name);
-    void forgetData();
-    void writeBytes();
-    void writeBlock();
-    void sendBlock(const char *block, qint64 count);
-    void pushGatheredBlocks();
-    bool isSourceCutShort(qint64 count) const;
+    enum class Connection { None, Listening, Connecting, Open, Closed };
+
+    static QString sourceFailure();
+    void forgetDevice();
+    void useSocket(QTcpSocket *next, const QString &name);
+    void countSent(qint64 bytes);
     void finishUpload();
-    void reportWritten(qint64 bytes);
-    void pumpLater();
-    void pumpBlocks();
+    void fail(const QString &reason);
     void discardArrived();
-    bool isRetrieving() const;
     void readListing();
     void readIntoDevice();
+    void announceArrived();
 
-    QTcpSocket *socket = nullptr;
+    SessionEvents *const events;
+    Transfer kind = Transfer::None;
+    Connection connection = Connection::None;
+    std::unique_ptr<QTcpSocket> socket;
     QTcpServer listener;
-    QFtpPI *const pi;
-    QString err;
+    QHostAddress serverAddress;
+    QBuffer bytesToUpload;
+    QPointer<QIODevice> device;
+    std::unique_ptr<UploadPump> pump;
+    FtpLineSplitter listing;
     qint64 bytesDone = 0;
     qint64 bytesTotal = 0;
-    bool callWriteData = false;
-    qint64 bytesHandedOver = 0; // to the system by an unbuffered socket, and not reported yet
-    bool isPumping = false;
-    int blocksGathered = 0;
-    QByteArray bytesFromSocket;
-
-    bool is_ba = false;
-    QByteArray data;
-    bool hasDevice = false;
-    QPointer<QIODevice> device;
-    FtpLineSplitter listing;
+    QString err;
 };

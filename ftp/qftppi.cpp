@@ -1,14 +1,15 @@
 #include "ftp/qftppi.h"
 
+#include "ftp/farewell.h"
 #include "ftp/networksession.h"
 #include "ftp/passivereply.h"
 #include "ftp/qftp.h"
-#include "ftp/socketsignal.h"
 
 #include <QHostAddress>
+#include <QLoggingCategory>
+#include <QMetaEnum>
 #include <QPointer>
 #include <QTcpSocket>
-#include <QTimer>
 
 #include <algorithm>
 #include <utility>
@@ -18,162 +19,240 @@ namespace
 
 constexpr qint64 readBufferBytes = qint64(16) * 1024;
 
+// Between two computers of a boat a connection takes milliseconds; this leaves room for several lost packets.
+constexpr int dataConnectionTimeoutMs = 15000;
+// For the reply to a transfer that has ended before its time, or to an abort: the server has nothing left to
+// do.
+constexpr int replyTimeoutMs = 5000;
+
 constexpr int codeSuperfluous = 202;
 constexpr int codeFileStatus = 213;
 constexpr int codeNoTransfer = 225;
-constexpr int codeTransferComplete = 226;
 constexpr int codePassive = 227;
 constexpr int codeExtendedPassive = 229;
 constexpr int codeLoggedIn = 230;
-constexpr int codeFileActionDone = 250;
+
+Q_LOGGING_CATEGORY(ftpLog, "kelvora.ftp", QtWarningMsg)
 
 bool isCommand(const QString &line, const char *name)
 {
     return line.startsWith(QLatin1String(name));
 }
 
+// A superfluous command was not carried out.
+bool isFailure(const FtpReply &reply)
+{
+    return reply.kind() == FtpReply::Kind::TransientFailure ||
+           reply.kind() == FtpReply::Kind::PermanentFailure || reply.code == codeSuperfluous;
+}
+
+const char *nameOf(QFtpPI::State state)
+{
+    return QMetaEnum::fromType<QFtpPI::State>().valueToKey(static_cast<int>(state));
+}
+
+QString refusedDataText()
+{
+    return QFtpPI::tr("Connection refused for data connection");
+}
+
+QString abortedText()
+{
+    return QFtpPI::tr("Aborted");
+}
+
 } // namespace
 
-// Remembers the command that runs when a signal is emitted. A slot may delete everything, end the command or
-// start the next one; whatever follows the signal is then none of this command's business.
-class QFtpPI::Turn
+QFtpPI::QFtpPI(QObject *parent) : QObject(parent), dtp(this, &events)
 {
-public:
-    explicit Turn(QFtpPI *interpreter) : pi(interpreter), number(interpreter->turnNumber) {}
-    bool isOver() const { return pi.isNull() || pi->turnNumber != number; }
-
-private:
-    QPointer<QFtpPI> pi;
-    quint64 number;
-};
-
-QFtpPI::QFtpPI(QObject *parent) : QObject(parent), commandSocket(new QTcpSocket(this)), dtp(this)
-{
-    commandSocket->setObjectName(QStringLiteral("QFtpPI_socket"));
-    commandSocket->setReadBufferSize(readBufferBytes);
-    connect(commandSocket, &QTcpSocket::hostFound, this, &QFtpPI::hostFound);
-    connect(commandSocket, &QTcpSocket::connected, this, &QFtpPI::connected);
-    connect(commandSocket, &QTcpSocket::disconnected, this, &QFtpPI::connectionClosed);
-    connect(commandSocket, &QTcpSocket::readyRead, this, &QFtpPI::readyRead);
-    connect(commandSocket, &QTcpSocket::errorOccurred, this,
-            QOverload<QAbstractSocket::SocketError>::of(&QFtpPI::error));
+    makeCommandSocket();
+    patience.setSingleShot(true);
+    connect(&patience, &QTimer::timeout, this, [this] { events.post(this, [this] { patienceEnded(); }); });
     connect(&dtp, &QFtpDTP::connectState, this, &QFtpPI::dtpConnectState);
+    connect(&dtp, &QFtpDTP::failed, this, &QFtpPI::abort);
+    connect(&dtp, &QFtpDTP::readyRead, this, &QFtpPI::dataArrived);
+    connect(&dtp, &QFtpDTP::dataTransferProgress, this, &QFtpPI::dataTransferProgress);
+    connect(&dtp, &QFtpDTP::listInfo, this, &QFtpPI::listInfo);
 }
 
 QFtpPI::~QFtpPI()
 {
     dtp.disconnect();
-    SocketSignal::dispose(commandSocket, this);
+    if (isAborting() && isCommand(currentCmd, "STOR ") && dtp.isOpen())
+        Farewell::take(std::move(commandSocket), dtp.takeSocket());
+}
+
+void QFtpPI::makeCommandSocket()
+{
+    commandSocket = std::make_unique<QTcpSocket>(this);
+    const QTcpSocket *const socket = commandSocket.get();
+    commandSocket->setObjectName(QStringLiteral("QFtpPI_socket"));
+    commandSocket->setReadBufferSize(readBufferBytes);
+    events.connectQueued(socket, &QTcpSocket::hostFound, this, [this] { hostFound(); });
+    events.connectQueued(socket, &QTcpSocket::connected, this, [this] { connected(); });
+    events.connectQueued(socket, &QTcpSocket::disconnected, this, [this] { connectionClosed(); });
+    events.connectQueued(socket, &QTcpSocket::readyRead, this, [this] { readyRead(); });
+    events.connectQueued(socket, &QTcpSocket::errorOccurred, this,
+                         [this](QAbstractSocket::SocketError socketError) { error(socketError); });
+}
+
+void QFtpPI::changeState(State next)
+{
+    qCDebug(ftpLog, "%s -> %s", nameOf(state), nameOf(next));
+    state = next;
+    patience.stop();
+}
+
+bool QFtpPI::isAborting() const
+{
+    return state == State::AbortingLine || state == State::AbortingBetweenLines;
+}
+
+bool QFtpPI::isConnected() const
+{
+    return commandSocket->state() == QAbstractSocket::ConnectedState;
 }
 
 void QFtpPI::connectToHost(const QString &host, quint16 port)
 {
     const QPointer<QFtpPI> self = this;
-    if (commandSocket->state() != QAbstractSocket::UnconnectedState)
-        commandSocket->abort();
-    if (!self)
-        return;
-    resetSession();
-    hostName = host;
-    const Turn turn(this);
-    emit connectState(QFtp::HostLookup);
-    if (turn.isOver())
-        return;
-    copyNetworkSession(this, commandSocket);
-    copyNetworkSession(this, &dtp);
-    // A socket is not fit for a new connection while it still tells of the end of the last one.
-    QTimer::singleShot(0, this, [this, turn, host, port] {
-        if (!turn.isOver())
-            commandSocket->connectToHost(host, port);
-    });
-}
-
-// What a session has left behind must not be taken for part of the next one.
-void QFtpPI::resetSession()
-{
+    const bool wasConnected = commandSocket->state() != QAbstractSocket::UnconnectedState;
+    // What a session has left behind must not be taken for part of the next one.
+    if (state != State::Unconnected || wasConnected || commandSocket->openMode() != QIODevice::NotOpen)
+        makeCommandSocket();
     clearPendingCommands();
     replies.clear();
-    rawCommand = false;
-    abortState = None;
-    state = Begin;
+    repliesToSkip = 0;
+    hostName = host;
+    if (wasConnected)
+        emit connectState(QFtp::Unconnected);
+    if (!self)
+        return;
+    changeState(State::Connecting);
+    emit connectState(QFtp::HostLookup);
+    if (!self)
+        return;
+    copyNetworkSession(this, commandSocket.get());
+    copyNetworkSession(this, &dtp);
+    commandSocket->connectToHost(host, port);
 }
 
-void QFtpPI::beginTurn()
-{
-    ++turnNumber;
-}
-
+// Idle -> Waiting; what the lines lead to is told by finished() or error().
 bool QFtpPI::sendCommands(const QStringList &lines)
 {
     if (!pendingCommands.isEmpty())
         return false;
-    if (commandSocket->state() != QAbstractSocket::ConnectedState || state != Idle) {
+    if (!isConnected() || state != State::Idle) {
         emit error(QFtp::NotConnected, tr("Not connected"));
         return true;
     }
-    beginTurn();
+    rawCommand = false;
     pendingCommands = lines;
-    startNextCmd();
+    sendNextLine();
     return true;
 }
 
-bool QFtpPI::isStoring() const
-{
-    const auto stores = [](const QString &line) { return isCommand(line, "STOR "); };
-    return stores(currentCmd) || std::any_of(pendingCommands.cbegin(), pendingCommands.cend(), stores);
-}
-
+// Any -> Idle, Unconnected
 void QFtpPI::clearPendingCommands()
 {
-    beginTurn();
     pendingCommands.clear();
     currentCmd.clear();
-    state = Idle;
-    waitForDtpToConnect = false;
-    replyText.clear();
-    // Replies that waited behind the one that is given up still have to be read.
-    if (std::exchange(waitForDtpToClose, false))
-        QTimer::singleShot(0, this, &QFtpPI::readyRead);
-    dtp.abortConnection();
+    heldReply.reset();
+    dtp.setTransfer(QFtpDTP::Transfer::None);
+    changeState(isConnected() ? State::Idle : State::Unconnected);
 }
 
+// Waiting -> AbortingLine; Idle, OpeningData, DrainingData -> AbortingBetweenLines. A command that has
+// nothing left to do ends by itself.
 void QFtpPI::abort()
 {
-    pendingCommands.clear();
-    if (abortState != None || !commandSocket->isOpen() ||
+    if (isAborting() || !commandSocket->isOpen() ||
         commandSocket->state() == QAbstractSocket::UnconnectedState)
         return;
-    // Without a line in flight the server answers nothing but the ABOR itself.
-    abortState = state == Waiting || state == Begin ? AbortStarted : WaitForAbortToFinish;
     commandSocket->write("ABOR\r\n");
-    const QPointer<QFtpPI> self = this;
-    const bool isOpening = std::exchange(waitForDtpToConnect, false);
-    if (isOpening || waitForDtpToClose || isCommand(currentCmd, "STOR "))
-        dtp.abortConnection();
-    // An object that is going away has no later chance to send it. Comes last, for a flush that finds the
-    // connection broken tells the user of it.
-    if (self && commandSocket->state() == QAbstractSocket::ConnectedState)
+    // A client that is going away has no later chance to send it.
+    if (isConnected())
         commandSocket->flush();
+    const bool isUnfinished = !pendingCommands.isEmpty() || dtp.transfer() != QFtpDTP::Transfer::None;
+    const bool isBetweenLines = state == State::OpeningData || state == State::DrainingData ||
+                                (state == State::Idle && !currentCmd.isEmpty() && isUnfinished);
+    if (state != State::Waiting && !isBetweenLines) {
+        ++repliesToSkip;
+        return;
+    }
+    changeState(isBetweenLines ? State::AbortingBetweenLines : State::AbortingLine);
+    // Replies may have come behind the one that was held.
+    if (std::exchange(heldReply, std::nullopt))
+        events.post(this, [this] { readReplies(); });
+    // To a server, the end of the data would be the end of the file.
+    dtp.abandon();
+    patience.start(dtp.isOpen() ? Farewell::longestWaitMs : replyTimeoutMs);
+}
+
+void QFtpPI::prepareUpload(const QByteArray &bytes)
+{
+    dtp.setTransfer(QFtpDTP::Transfer::Upload);
+    dtp.setData(&bytes);
+    dtp.setBytesTotal(bytes.size());
+}
+
+void QFtpPI::prepareUpload(QIODevice *source)
+{
+    dtp.setTransfer(QFtpDTP::Transfer::Upload);
+    dtp.setDevice(source);
+    dtp.setBytesTotal(source->isSequential() ? 0 : source->size());
+}
+
+void QFtpPI::prepareDownload(QIODevice *sink)
+{
+    dtp.setTransfer(sink ? QFtpDTP::Transfer::Download : QFtpDTP::Transfer::ReadByCaller);
+    dtp.setDevice(sink);
+}
+
+void QFtpPI::prepareListing()
+{
+    dtp.setTransfer(QFtpDTP::Transfer::Listing);
+}
+
+void QFtpPI::prepareNoTransfer()
+{
+    dtp.setTransfer(QFtpDTP::Transfer::None);
+}
+
+void QFtpPI::forgetSize()
+{
+    dtp.setBytesTotal(0);
 }
 
 void QFtpPI::hostFound()
 {
-    const SocketSignal onStack;
     emit connectState(QFtp::Connecting);
 }
 
+// Connecting -> Begin
 void QFtpPI::connected()
 {
-    const SocketSignal onStack;
-    state = Begin;
+    changeState(State::Begin);
     commandSocket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
     emit connectState(QFtp::Connected);
 }
 
+// Any -> Unconnected. Only a reply that is held still ends its command: all that it waits for is data.
 void QFtpPI::connectionClosed()
 {
-    const SocketSignal onStack;
-    commandSocket->close();
+    const QPointer<QTcpSocket> closed = commandSocket.get();
+    readReplies();
+    if (!closed)
+        return;
+    closed->close();
+    if (state == State::Begin) {
+        reportUnreachable(QFtp::ConnectionRefused, tr("Connection refused to host %1").arg(hostName));
+        return;
+    }
+    if (state != State::DrainingData) {
+        dtp.abortConnection();
+        changeState(State::Unconnected);
+    }
     emit connectState(QFtp::Unconnected);
 }
 
@@ -182,183 +261,180 @@ void QFtpPI::delayedCloseFinished()
     emit connectState(QFtp::Unconnected);
 }
 
+// Connecting -> Unconnected. A connection that was there tells of its end by itself.
 void QFtpPI::error(QAbstractSocket::SocketError socketError)
 {
-    const SocketSignal onStack;
+    if (state != State::Connecting || commandSocket->state() != QAbstractSocket::UnconnectedState)
+        return;
     if (socketError == QAbstractSocket::HostNotFoundError)
         reportUnreachable(QFtp::HostNotFound, tr("Host %1 not found").arg(hostName));
     else if (socketError == QAbstractSocket::ConnectionRefusedError)
         reportUnreachable(QFtp::ConnectionRefused, tr("Connection refused to host %1").arg(hostName));
-    else if (socketError == QAbstractSocket::SocketTimeoutError)
+    else
         reportUnreachable(QFtp::ConnectionRefused, tr("Connection timed out to host %1").arg(hostName));
 }
 
 void QFtpPI::reportUnreachable(int code, const QString &text)
 {
-    const Turn turn(this);
+    const QPointer<QFtpPI> self = this;
+    changeState(State::Unconnected);
     emit connectState(QFtp::Unconnected);
-    if (!turn.isOver())
+    if (self)
         emit error(code, text);
 }
 
 void QFtpPI::readyRead()
 {
-    const SocketSignal onStack;
-    const QPointer<QFtpPI> self = this;
-    while (self && !waitForDtpToClose) {
-        const std::optional<FtpReply> reply = replies.next();
-        if (reply) {
-            replyCode = reply->digits;
-            replyText = reply->text;
-            handleReply();
-        } else if (commandSocket->bytesAvailable() > 0) {
-            replies.append(commandSocket->read(commandSocket->bytesAvailable()));
-        } else {
+    readReplies();
+}
+
+void QFtpPI::readReplies()
+{
+    const QPointer<QTcpSocket> source = commandSocket.get();
+    while (source && state != State::DrainingData) {
+        if (const std::optional<FtpReply> reply = replies.next())
+            handleReply(*reply);
+        else if (source->bytesAvailable() > 0)
+            replies.append(source->read(source->bytesAvailable()));
+        else
             return;
-        }
     }
 }
 
-void QFtpPI::handleReply()
+void QFtpPI::handleReply(const FtpReply &reply)
 {
-    const QPointer<QFtpPI> self = this;
-    // A slot that processed events may have let the next reply come to wait.
-    if (processReply() && self && !waitForDtpToClose)
-        replyText.clear();
+    if (state == State::Begin) {
+        handleGreeting(reply);
+    } else if (repliesToSkip > 0) {
+        if (reply.kind() != FtpReply::Kind::Preliminary)
+            --repliesToSkip;
+    } else if (state == State::Waiting) {
+        handleAnswer(reply);
+    } else if (isAborting()) {
+        handleAnswerToAbort(reply);
+    }
+    // Any other was not asked for.
 }
 
-// False: the reply has to wait until the data connection is closed.
-bool QFtpPI::processReply()
+// Begin -> Begin, Idle
+void QFtpPI::handleGreeting(const FtpReply &reply)
 {
-    const int code = 100 * replyCode[0] + 10 * replyCode[1] + replyCode[2];
-    const QString text = replyText;
-    const QPointer<QFtpPI> self = this;
-    const bool isHeld = mustAwaitData(code);
-    if (!self)
-        return true;
-    if (isHeld) {
-        waitForDtpToClose = true;
-        return false;
+    if (reply.kind() == FtpReply::Kind::Completion) {
+        changeState(State::Idle);
+        emit finished(tr("Connected to host %1").arg(hostName));
+    } else if (isFailure(reply)) {
+        // The server may leave it to this side to end it.
+        commandSocket->disconnectFromHost();
     }
-    if (takeAbortReply(code) || !advance(code))
-        return true;
-    const Turn turn(this);
-    emit rawFtpReply(code, text);
-    if (turn.isOver())
-        return true;
-    if (!std::exchange(rawCommand, false))
-        interpret(code, text);
-    if (!turn.isOver())
-        react(text);
-    return true;
+}
+
+// Waiting -> Waiting, DrainingData, Idle, OpeningData
+void QFtpPI::handleAnswer(const FtpReply &reply)
+{
+    if (mustAwaitData(reply)) {
+        heldReply = reply;
+        changeState(State::DrainingData);
+    } else {
+        takeAnswer(reply);
+    }
 }
 
 // A transfer is complete only when its last bytes have come out of the data connection. A server's own
 // connection may still wait to be accepted, with all the data in it.
-bool QFtpPI::mustAwaitData(int code)
+bool QFtpPI::mustAwaitData(const FtpReply &reply)
 {
-    const bool endsTransfer =
-        code == codeTransferComplete || (code == codeFileActionDone && isCommand(currentCmd, "RETR"));
-    if (!endsTransfer || state != Waiting)
+    const bool endsTransfer = reply.kind() == FtpReply::Kind::Completion && !isFailure(reply) &&
+                              pendingCommands.isEmpty() && dtp.transfer() != QFtpDTP::Transfer::None;
+    if (!endsTransfer)
         return false;
-    const QPointer<QFtpPI> self = this;
     dtp.waitForConnection();
-    return !self.isNull() && dtp.state() != QAbstractSocket::UnconnectedState;
+    return dtp.isBusy();
 }
 
-// Two replies follow an ABOR: the aborted line's, which is handled like any, and its own, which is swallowed.
-// A server that sees nothing to cut off yet answers for both at once.
-bool QFtpPI::takeAbortReply(int code)
+// AbortingLine, AbortingBetweenLines -> Idle. Two replies follow an ABOR behind a line: the line's and, to be
+// skipped, its own. A server that sees nothing to cut off yet answers for both at once.
+void QFtpPI::handleAnswerToAbort(const FtpReply &reply)
 {
-    if (abortState == AbortStarted) {
-        abortState = code == codeNoTransfer ? None : WaitForAbortToFinish;
-        return false;
+    const QPointer<QFtpPI> self = this;
+    const bool answersLine = state == State::AbortingLine;
+    if (answersLine)
+        emit rawFtpReply(reply.code, reply.text);
+    if (!self || reply.kind() == FtpReply::Kind::Preliminary)
+        return;
+    if (answersLine && reply.code != codeNoTransfer)
+        ++repliesToSkip;
+    const bool isCutOff = !answersLine || !pendingCommands.isEmpty() || !dtp.shortfall().isNull();
+    const QString ownReason = dtp.hasError() ? dtp.errorMessage() : abortedText();
+    pendingCommands.clear();
+    changeState(State::Idle);
+    if (isFailure(reply) || isCutOff) {
+        // Whatever the line was, its command is over.
+        currentCmd.clear();
+        emit error(QFtp::UnknownError, isFailure(reply) && !dtp.hasError() ? reply.text : ownReason);
+    } else {
+        advance(reply.text);
     }
-    if (abortState == None)
-        return false;
-    abortState = None;
-    // An abort between two lines leaves nothing else that could end the command.
-    if (state == Idle && !currentCmd.isEmpty())
-        startNextCmd();
-    return true;
 }
 
-// Moves the state on; false for a reply that asks for nothing more.
-bool QFtpPI::advance(int code)
+// Waiting -> Waiting, Idle, OpeningData; or what abort() in a slot has made of it
+void QFtpPI::takeAnswer(const FtpReply &reply)
 {
-    const int kind = replyCode[0];
-    if (state == Begin && kind == 2) {
-        state = Idle;
-        emit finished(tr("Connected to host %1").arg(hostName));
-        return false;
-    }
-    if (state != Waiting)
-        return false;
-    // The server did not do what it was asked to.
-    if (code == codeSuperfluous) {
-        state = Failure;
-        return true;
-    }
-    static constexpr std::array<State, 5> states{Waiting, Success, Idle, Failure, Failure};
-    state = states.at(static_cast<std::size_t>(kind - 1));
-    return true;
+    const QPointer<QFtpPI> self = this;
+    if (reply.kind() != FtpReply::Kind::Preliminary)
+        changeState(State::Idle);
+    emit rawFtpReply(reply.code, reply.text);
+    if (!self)
+        return;
+    if (!std::exchange(rawCommand, false))
+        interpret(reply);
+    if (self && state == State::Idle)
+        conclude(reply);
 }
 
-void QFtpPI::interpret(int code, const QString &text)
+void QFtpPI::interpret(const FtpReply &reply)
 {
-    if (code == codePassive) {
-        if (const std::optional<PassiveEndpoint> server = passiveEndpoint(text))
+    if (isAborting())
+        return;
+    if (reply.code == codePassive) {
+        if (const std::optional<PassiveEndpoint> server = passiveEndpoint(reply.text))
             openDataConnection(server->host, server->port);
-    } else if (code == codeExtendedPassive) {
-        if (const std::optional<quint16> port = extendedPassivePort(text))
+    } else if (reply.code == codeExtendedPassive) {
+        if (const std::optional<quint16> port = extendedPassivePort(reply.text))
             openDataConnection(commandSocket->peerAddress().toString(), *port);
-    } else if (code == codeLoggedIn) {
+    } else if (reply.code == codeLoggedIn) {
         if (isCommand(currentCmd, "USER ") && !pendingCommands.isEmpty() &&
             isCommand(pendingCommands.first(), "PASS "))
             pendingCommands.removeFirst();
         emit connectState(QFtp::LoggedIn);
-    } else if (code == codeFileStatus) {
+    } else if (reply.code == codeFileStatus) {
         // A negative size is as good as none.
         if (isCommand(currentCmd, "SIZE "))
-            dtp.setBytesTotal(std::max<qint64>(0, text.simplified().toLongLong()));
-    } else if (code < 200 && isCommand(currentCmd, "STOR ")) {
-        const QPointer<QFtpPI> self = this;
+            dtp.setBytesTotal(std::max<qint64>(0, reply.text.simplified().toLongLong()));
+    } else if (reply.kind() == FtpReply::Kind::Preliminary && isCommand(currentCmd, "STOR ")) {
         dtp.waitForConnection();
-        if (self)
-            dtp.writeData();
+        dtp.writeData();
     }
 }
 
-void QFtpPI::openDataConnection(const QString &host, quint16 port)
+// Idle -> Idle, Waiting: the line has its last reply.
+void QFtpPI::conclude(const FtpReply &reply)
 {
-    waitForDtpToConnect = true;
-    dtp.connectToHost(host, port);
-}
-
-void QFtpPI::react(const QString &text)
-{
-    const Turn turn(this);
-    if (state == Waiting)
-        return;
-    if (state == Failure) {
-        if (!fallBack())
-            emit error(QFtp::UnknownError, text);
-    } else if (dtp.hasError()) {
-        const QString dataError = dtp.errorMessage();
-        dtp.clearError();
-        emit error(QFtp::UnknownError, dataError);
+    const QString shortfall = pendingCommands.isEmpty() ? dtp.shortfall() : QString();
+    if (isFailure(reply)) {
+        if (fallBack())
+            sendNextLine();
+        else
+            reportFailure(QFtp::UnknownError, reply.text);
+    } else if (dtp.hasError() || !shortfall.isNull()) {
+        reportFailure(QFtp::UnknownError, dtp.hasError() ? dtp.errorMessage() : shortfall);
+    } else {
+        advance(reply.text);
     }
-    if (turn.isOver())
-        return;
-    state = Idle;
-    startNextCmd();
 }
 
-// Old servers know only the plain forms. An aborted command is not tried again.
+// Old servers know only the plain forms.
 bool QFtpPI::fallBack()
 {
-    if (abortState != None)
-        return false;
     if (isCommand(currentCmd, "EPSV"))
         pendingCommands.prepend(QStringLiteral("PASV\r\n"));
     else if (isCommand(currentCmd, "EPRT"))
@@ -369,30 +445,46 @@ bool QFtpPI::fallBack()
     return true;
 }
 
-bool QFtpPI::startNextCmd()
+// The command goes on unless whoever hears of the failure ends it.
+void QFtpPI::reportFailure(int code, const QString &text)
 {
-    if (waitForDtpToConnect)
-        return true;
-    if (pendingCommands.isEmpty()) {
-        currentCmd.clear();
-        const QString text = replyText;
-        emit finished(text);
-        return false;
+    const QPointer<QFtpPI> self = this;
+    dtp.clearError();
+    emit error(code, text);
+    if (self && state == State::Idle && !currentCmd.isEmpty())
+        advance(QString());
+}
+
+void QFtpPI::advance(const QString &text)
+{
+    if (!pendingCommands.isEmpty()) {
+        sendNextLine();
+        return;
     }
-    if (state != Idle)
-        return true;
+    currentCmd.clear();
+    dtp.endTransfer();
+    emit finished(text);
+}
+
+// Idle -> Waiting
+void QFtpPI::sendNextLine()
+{
     currentCmd = pendingCommands.takeFirst();
-    if (!extendLine(currentCmd)) {
-        dataConnectionRefused();
-        return false;
+    if (!completeLine(currentCmd)) {
+        refuseDataConnection();
+        return;
     }
-    state = Waiting;
-    send(currentCmd);
-    return true;
+    changeState(State::Waiting);
+    if (pendingCommands.isEmpty() && dtp.isAwaitingServer())
+        patience.start(dataConnectionTimeoutMs);
+    else if (dtp.isUploadCut())
+        patience.start(replyTimeoutMs);
+    if (isConnected())
+        commandSocket->write(currentCmd.toLatin1());
 }
 
 // Completes the lines that open a data connection; false when no address can be told to the server.
-bool QFtpPI::extendLine(QString &line)
+bool QFtpPI::completeLine(QString &line)
 {
     const QHostAddress local = commandSocket->localAddress();
     const bool isIPv6 = local.protocol() == QAbstractSocket::IPv6Protocol;
@@ -402,53 +494,78 @@ bool QFtpPI::extendLine(QString &line)
         return true;
     if (isIPv6 && !transferConnectionExtended)
         return false;
-    const int port = dtp.setupListener(local);
+    const int port = dtp.setupListener(local, commandSocket->peerAddress());
     if (port < 0)
         return false;
     line = portLine(local, static_cast<quint16>(port));
     return true;
 }
 
-void QFtpPI::send(const QString &line)
+// Idle -> OpeningData
+void QFtpPI::openDataConnection(const QString &host, quint16 port)
 {
-    if (commandSocket->state() == QAbstractSocket::ConnectedState)
-        commandSocket->write(line.toLatin1());
+    changeState(State::OpeningData);
+    patience.start(dataConnectionTimeoutMs);
+    dtp.connectToHost(host, port);
 }
 
 void QFtpPI::dtpConnectState(int dataState)
 {
-    switch (dataState) {
-    case QFtpDTP::CsClosed:
+    if (dataState == QFtpDTP::CsClosed) {
         dataConnectionClosed();
-        break;
-    case QFtpDTP::CsConnected:
-        if (std::exchange(waitForDtpToConnect, false))
-            startNextCmd();
-        break;
-    case QFtpDTP::CsHostNotFound:
-    case QFtpDTP::CsConnectionRefused:
-        dataConnectionRefused();
-        break;
-    default:
-        break;
+    } else if (state == State::OpeningData && dataState == QFtpDTP::CsConnected) {
+        changeState(State::Idle);
+        advance(QString());
+    } else if (state == State::OpeningData) {
+        refuseDataConnection();
     }
 }
 
+// DrainingData -> Idle
 void QFtpPI::dataConnectionClosed()
 {
-    if (!std::exchange(waitForDtpToClose, false))
-        return;
     const QPointer<QFtpPI> self = this;
-    handleReply();
-    if (self)
-        readyRead();
+    if (heldReply) {
+        takeAnswer(*std::exchange(heldReply, std::nullopt));
+        if (self)
+            readReplies();
+    } else if (isAborting() || dtp.isUploadCut()) {
+        // Not for ever: the server has nothing else to do.
+        patience.start(replyTimeoutMs);
+    }
 }
 
-void QFtpPI::dataConnectionRefused()
+// OpeningData, Idle -> Idle
+void QFtpPI::refuseDataConnection()
 {
-    waitForDtpToConnect = false;
-    const Turn turn(this);
-    emit error(QFtp::ConnectionRefused, tr("Connection refused for data connection"));
-    if (!turn.isOver())
-        startNextCmd();
+    changeState(State::Idle);
+    reportFailure(QFtp::ConnectionRefused, refusedDataText());
+}
+
+void QFtpPI::patienceEnded()
+{
+    if (state == State::OpeningData) {
+        dtp.abortConnection();
+        refuseDataConnection();
+    } else if (isAborting() && dtp.isOpen()) {
+        dtp.abortConnection();
+        patience.start(replyTimeoutMs);
+    } else if (isAborting()) {
+        giveUp(QFtp::UnknownError, dtp.hasError() ? dtp.errorMessage() : abortedText());
+    } else if (state == State::Waiting && dtp.isAwaitingServer()) {
+        giveUp(QFtp::ConnectionRefused, refusedDataText());
+    } else if (state == State::Waiting && dtp.isUploadCut()) {
+        giveUp(QFtp::UnknownError, dtp.shortfall());
+    }
+}
+
+// Waiting, AbortingLine, AbortingBetweenLines -> Idle. The replies that are due may still come.
+void QFtpPI::giveUp(int code, const QString &text)
+{
+    repliesToSkip += state == State::AbortingLine ? 2 : 1;
+    pendingCommands.clear();
+    currentCmd.clear();
+    dtp.abortConnection();
+    changeState(State::Idle);
+    emit error(code, text);
 }

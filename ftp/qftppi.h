@@ -1,17 +1,21 @@
 // The control connection of one FTP session: sends the lines of a command one by one, acts on the replies,
-// and has the data connection opened and closed in between. QFtp owns it.
+// and has the data connection opened and closed in between. QFtp owns it. docs/ftp.md shows its states.
 #pragma once
 
 #include "ftp/qftpdtp.h"
 #include "ftp/replyreader.h"
+#include "ftp/sessionevents.h"
 
 #include <QAbstractSocket>
 #include <QObject>
 #include <QString>
 #include <QStringList>
+#include <QTimer>
 
-#include <array>
+#include <memory>
+#include <optional>
 
+class QIODevice;
 class QTcpSocket;
 
 class QFtpPI : public QObject
@@ -19,7 +23,21 @@ class QFtpPI : public QObject
     Q_OBJECT
 
 public:
+    enum class State {
+        Unconnected,
+        Connecting,          ///< the control connection is being made
+        Begin,               ///< it is there, the greeting is awaited
+        Idle,                ///< no line waits for its reply
+        Waiting,             ///< a line was sent, its last reply is awaited
+        OpeningData,         ///< the next line waits for the data connection
+        DrainingData,        ///< the reply is there, and waits until all of the data has come
+        AbortingLine,        ///< ABOR was sent behind a line: that one's reply is awaited
+        AbortingBetweenLines ///< ABOR was sent while no line waited: its own reply is awaited
+    };
+    Q_ENUM(State)
+
     explicit QFtpPI(QObject *parent = nullptr);
+    /// An upload that is under way is abandoned as by abort(), with a Farewell.
     ~QFtpPI() override;
 
     /// Starts a fresh session; an old one is cut off.
@@ -30,20 +48,32 @@ public:
     bool sendCommand(const QString &line) { return sendCommands({line}); }
     /// Ends the command that runs, without a signal: its lines and its data connection.
     void clearPendingCommands();
-    /// Sends ABOR; the lines that still wait are dropped.
+    /// Sends ABOR; lines that still wait are not sent any more, and error() follows unless all was done
+    /// already.
     void abort();
 
     /// The line sent last; empty between commands.
     QString currentCommand() const { return currentCmd; }
-    /// The command that runs is an upload.
-    bool isStoring() const;
-    /// ABOR has been sent and not answered yet.
-    bool isAbortStarted() const { return abortState == AbortStarted; }
-    QFtpDTP &dataTransfer() { return dtp; }
     /// To be called from rawFtpReply(): this reply is not to be acted on.
     void markReplyRaw() { rawCommand = true; }
     /// Whether EPSV and EPRT may be tried.
     void setTransferConnectionExtended(bool extended) { transferConnectionExtended = extended; }
+
+    // What the next lines transfer, to be said before they are sent.
+
+    void prepareUpload(const QByteArray &bytes);
+    void prepareUpload(QIODevice *source);
+    /// Into the sink, or for read() and readAll() where there is none.
+    void prepareDownload(QIODevice *sink);
+    void prepareListing();
+    /// Nothing; what the last download left unread is forgotten.
+    void prepareNoTransfer();
+    /// The size of the file turned out to be unknown.
+    void forgetSize();
+
+    qint64 bytesAvailable() const { return dtp.bytesAvailable(); }
+    qint64 read(char *data, qint64 maxlen) { return dtp.read(data, maxlen); }
+    QByteArray readAll() { return dtp.readAll(); }
 
 signals:
     /// A QFtp::State.
@@ -52,6 +82,10 @@ signals:
     /// A QFtp::Error and what happened.
     void error(int code, const QString &text); // clazy:exclude=overloaded-signal
     void rawFtpReply(int code, const QString &text);
+    // Of the data connection.
+    void dataArrived();
+    void dataTransferProgress(qint64 done, qint64 total);
+    void listInfo(const QUrlInfo &info);
 
 private slots:
     void hostFound();
@@ -63,42 +97,47 @@ private slots:
     void dtpConnectState(int dataState);
 
 private:
-    enum State { Begin, Idle, Waiting, Success, Failure };
-    enum AbortState { None, AbortStarted, WaitForAbortToFinish };
-    class Turn;
-
-    void beginTurn();
-    void resetSession();
-    void handleReply();
-    bool processReply();
-    bool mustAwaitData(int code);
-    bool takeAbortReply(int code);
-    bool advance(int code);
-    void interpret(int code, const QString &text);
-    void openDataConnection(const QString &host, quint16 port);
-    void react(const QString &text);
-    bool fallBack();
-    bool startNextCmd();
-    bool extendLine(QString &line);
-    void send(const QString &line);
+    void changeState(State next);
+    bool isAborting() const;
+    bool isConnected() const;
+    void makeCommandSocket();
     void reportUnreachable(int code, const QString &text);
-    void dataConnectionClosed();
-    void dataConnectionRefused();
 
-    QTcpSocket *commandSocket;
+    void readReplies();
+    void handleReply(const FtpReply &reply);
+    void handleGreeting(const FtpReply &reply);
+    void handleAnswer(const FtpReply &reply);
+    void handleAnswerToAbort(const FtpReply &reply);
+    bool mustAwaitData(const FtpReply &reply);
+    void takeAnswer(const FtpReply &reply);
+    void interpret(const FtpReply &reply);
+    void conclude(const FtpReply &reply);
+    bool fallBack();
+    void reportFailure(int code, const QString &text);
+    void advance(const QString &text);
+
+    void sendNextLine();
+    bool completeLine(QString &line);
+    void openDataConnection(const QString &host, quint16 port);
+    void refuseDataConnection();
+    void dataConnectionClosed();
+    void patienceEnded();
+    void giveUp(int code, const QString &text);
+
+    // Comes first, for all below are connected through it.
+    SessionEvents events;
+    std::unique_ptr<QTcpSocket> commandSocket;
     QFtpDTP dtp;
+    /// For how long the current state may last where a peer could keep it for ever.
+    QTimer patience;
     QString hostName;
+    State state = State::Unconnected;
     bool rawCommand = false;
     bool transferConnectionExtended = true;
-    std::array<qint8, 3> replyCode{};
-    State state = Begin;
-    AbortState abortState = None;
     QStringList pendingCommands;
     QString currentCmd;
     FtpReplyReader replies;
-    QString replyText;
-    bool waitForDtpToConnect = false;
-    bool waitForDtpToClose = false;
-    // Counts the commands, so that whoever emitted a signal sees that its command is over.
-    quint64 turnNumber = 0;
+    std::optional<FtpReply> heldReply;
+    /// Last replies that are still to come to lines which nobody waits for any more.
+    int repliesToSkip = 0;
 };

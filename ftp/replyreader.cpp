@@ -19,11 +19,7 @@ bool beginsReply(const QByteArray &line)
 
 FtpReply makeReply(const QByteArray &code, const QByteArray &text)
 {
-    FtpReply reply;
-    for (int i = 0; i < codeLength; ++i)
-        reply.digits.at(static_cast<std::size_t>(i)) = static_cast<qint8>(code.at(i) - '0');
-    reply.text = QString::fromLatin1(text.endsWith("\r\n") ? text.chopped(2) : text);
-    return reply;
+    return {code.toInt(), QString::fromLatin1(text.endsWith("\r\n") ? text.chopped(2) : text)};
 }
 
 } // namespace

@@ -5,14 +5,16 @@
 
 #include <QByteArray>
 #include <QString>
-#include <QtGlobal>
 
-#include <array>
 #include <optional>
 
 struct FtpReply {
-    /// First 1 to 5, second 0 to 5, third 0 to 9.
-    std::array<qint8, 3> digits{};
+    /// What the first digit says.
+    enum class Kind { Preliminary = 1, Completion, Intermediate, TransientFailure, PermanentFailure };
+    Kind kind() const { return static_cast<Kind>(code / 100); }
+
+    /// First digit 1 to 5, second 0 to 5, third 0 to 9.
+    int code = 0;
     /// All lines without their reply codes and without the last line end.
     QString text;
 };

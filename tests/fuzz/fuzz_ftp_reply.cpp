@@ -17,13 +17,13 @@ QStringList repliesOf(const QByteArray &bytes, int pieceLength)
     for (int at = 0; at < bytes.size(); at += pieceLength) {
         reader.append(bytes.mid(at, pieceLength));
         while (const auto reply = reader.next()) {
-            const auto [first, second, third] = reply->digits;
-            if (first < 1 || first > 5 || second < 0 || second > 5 || third < 0 || third > 9 ||
+            const int code = reply->code;
+            if (code < 100 || code > 559 || code / 10 % 10 > 5 ||
                 reply->text.size() > FtpReplyReader::longestText)
                 std::abort();
             passiveEndpoint(reply->text);
             extendedPassivePort(reply->text);
-            replies += QString::number(100 * first + 10 * second + third) + reply->text;
+            replies += QString::number(code) + reply->text;
         }
     }
     return replies;

@@ -10,6 +10,7 @@
 #include <QTimer>
 
 #include <functional>
+#include <optional>
 
 class ScriptedFtpServer : public QTcpServer
 {
@@ -40,14 +41,17 @@ public:
     }
 
     /// Connects to the client, at the address that PORT names.
-    void openActive(const QByteArray &address)
+    void openActive(const QByteArray &address, const char *from = "127.0.0.1")
     {
         const QByteArrayList fields = address.split(',');
         auto *socket = new QTcpSocket(this);
         useData(socket);
+        socket->bind(QHostAddress(QLatin1String(from)));
         socket->connectToHost(QHostAddress::LocalHost,
                               static_cast<quint16>(fields.value(4).toInt() * 256 + fields.value(5).toInt()));
     }
+
+    bool isStoring() const { return transfer == "STOR"; }
 
     /// By verb ("" is the greeting): sent instead of what would be done.
     QHash<QByteArray, QByteArray> answers{{"", "220 Ready\r\n"},
@@ -62,6 +66,10 @@ public:
     int confirmAfterMs = 0;
     bool bytewise = false;
     QByteArray file = "12345";
+    QByteArray listing = "-rw------- 1 a b 1 Apr 14 2000 x\r\n";
+    /// An upload's data connection ends when so many bytes have come.
+    std::optional<qint64> cutAt;
+    bool cutsByReset = false;
 
     QByteArrayList lines;
     qint64 uploadedBytes = 0;
@@ -122,20 +130,29 @@ private:
     {
         data = socket;
         uploadedBytes = 0;
-        connect(socket, &QTcpSocket::readyRead, this,
-                [this, socket] { uploadedBytes += socket->readAll().size(); });
+        connect(socket, &QTcpSocket::readyRead, this, [this, socket] {
+            uploadedBytes += socket->readAll().size();
+            cutIfDue();
+        });
         connect(socket, &QTcpSocket::connected, this, &ScriptedFtpServer::transferIfReady);
         connect(socket, &QTcpSocket::disconnected, this, [this, socket] {
             if (socket == data)
                 data = nullptr;
             if (!transfer.isEmpty() && confirmAfterMs > 0)
                 QTimer::singleShot(confirmAfterMs, this, [this] { reply("226 Done\r\n"); });
-            else if (!transfer.isEmpty())
+            else if (!transfer.isEmpty() && !cutsByReset)
                 reply("226 Done\r\n");
             transfer.clear();
             socket->deleteLater();
         });
         transferIfReady();
+        cutIfDue();
+    }
+
+    void cutIfDue() const
+    {
+        if (cutAt && uploadedBytes >= *cutAt)
+            endData(cutsByReset);
     }
 
     void transferIfReady()
@@ -145,7 +162,7 @@ private:
         reply("150 Go\r\n");
         if (transferOver() || transfer == "STOR")
             return;
-        data->write(transfer == "RETR" ? file : "-rw------- 1 a b 1 Apr 14 2000 x\r\n");
+        data->write(transfer == "RETR" ? file : listing);
         data->disconnectFromHost();
     }
 
