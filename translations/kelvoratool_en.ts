@@ -2,6 +2,13 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en" sourcelanguage="en">
 <context>
+    <name>ArchiveFile</name>
+    <message>
+        <source>The file exists already</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>Mainwindow</name>
     <message>
         <source>Screen Updates</source>
@@ -221,11 +228,39 @@ APP %5  FW %6  OS %7</source>
         <source>Connection closed</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>Aborted</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The file to download into is gone</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>There is no file to upload</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>QFtpDTP</name>
     <message>
         <source>The file to upload cannot be read</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Aborted</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The data connection ended before all of the file was sent</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The data connection ended before all of the file had arrived</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The file to download into is gone</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -253,6 +288,10 @@ APP %5  FW %6  OS %7</source>
     </message>
     <message>
         <source>Connection refused for data connection</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Aborted</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -358,6 +397,11 @@ Try again when server is available.</source>
     <message>
         <source>Can not access backup on server.
 Try again when a server is available.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 already exists.
+Do you want to replace it?</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
