@@ -63,16 +63,16 @@ void connectionState::changeConStat()
     known.isN6Online = client->n6Online();
     known.hasServer = !client->serverAddress().isNull();
     known.hasSeveralServers = client->multipleServersDetected();
-    show(verdictOn(known));
+    showVerdict(verdictOn(known));
 }
 
 void connectionState::showIncompatible()
 {
     incompatible = true;
-    show(verdictOnFirstGeneration());
+    showVerdict(verdictOnFirstGeneration());
 }
 
-void connectionState::show(const Verdict &verdict)
+void connectionState::showVerdict(const Verdict &verdict)
 {
     // Under many heartbeats the verdict is mostly the one already shown.
     if (statusText->text() == verdict.text)

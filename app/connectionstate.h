@@ -25,7 +25,7 @@ public slots:
     void showIncompatible();
 
 private:
-    void show(const Verdict &verdict);
+    void showVerdict(const Verdict &verdict);
     void showQuality(ConnectionQuality quality);
 
     udpHBClient *client;

@@ -84,9 +84,17 @@ void ArchiveTransfer::follow(const QString &host)
     if (archiveUrl.host() == host || (currentState != State::Waiting && currentState != State::Fetching))
         return;
     archiveUrl.setHost(host);
-    // What was begun at the old address would stall there.
-    if (currentState == State::Fetching)
-        attempt();
+    // What flows from the old address may go on; what does not is tried again at the new one.
+    if (currentState == State::Fetching && stallTimer.interval() != lostTimeoutMs)
+        stallTimer.start(lostTimeoutMs);
+}
+
+void ArchiveTransfer::giveUp()
+{
+    if (currentState == State::Waiting || currentState == State::Fetching) {
+        QFile::remove(archivefile::partName(fileName));
+        end(Outcome::FetchFailed);
+    }
 }
 
 void ArchiveTransfer::drop()
@@ -131,6 +139,7 @@ void ArchiveTransfer::attempt()
 {
     endAttempt();
     lastError = QNetworkReply::NoError;
+    attemptHost = archiveUrl.host();
     setState(State::Fetching);
     currentFile = std::make_unique<QFile>(archivefile::partName(fileName));
     if (!currentFile->open(QIODevice::WriteOnly | QIODevice::Truncate)) {
@@ -186,6 +195,8 @@ void ArchiveTransfer::downloadReadyRead()
 
 void ArchiveTransfer::downloadError(QNetworkReply::NetworkError error)
 {
+    if (currentState != State::Fetching && currentState != State::Placing)
+        return;
     qDebug().noquote() << "download error:" << error;
     lastError = error;
     --attemptsLeft;
@@ -226,10 +237,11 @@ void ArchiveTransfer::judgeDownload()
 void ArchiveTransfer::concludeFailure()
 {
     QFile::remove(archivefile::partName(fileName));
-    if (lastError != notReady) {
+    const bool hasMoved = attemptHost != archiveUrl.host();
+    if (lastError != notReady && !hasMoved) {
         end(Outcome::FetchFailed);
     } else if (attemptsLeft < 1) {
-        end(Outcome::NotReady);
+        end(lastError == notReady ? Outcome::NotReady : Outcome::FetchFailed);
     } else {
         qDebug().noquote() << "backup not ready" << attemptsLeft << "attempts left";
         setState(State::Waiting);
@@ -241,26 +253,20 @@ void ArchiveTransfer::goOnPlacing()
     using Progress = archivefile::Placing::Progress;
     if (currentState != State::Placing)
         return;
-    switch (placing->goOn()) {
-    case Progress::More:
+    const Progress progress = placing->goOn();
+    if (progress == Progress::More) {
         QTimer::singleShot(0, this, &ArchiveTransfer::goOnPlacing);
-        break;
-    case Progress::Placed:
+        return;
+    }
+    const QString detail = placing->name() + QLatin1Char('\n') + placing->why();
+    // Lets go of the part file: not every system removes a file that is open.
+    placing.reset();
+    if (progress == Progress::Placed || progress == Progress::NoPlace) {
         QFile::remove(archivefile::partName(fileName));
-        end(Outcome::Fetched);
-        break;
-    case Progress::NoPlace:
-        QFile::remove(archivefile::partName(fileName));
-        end(Outcome::NotPlaced, placing->name() + QLatin1Char('\n') + placing->why());
-        break;
-    case Progress::Unfinished:
-        downloadError(notReady);
+        end(progress == Progress::Placed ? Outcome::Fetched : Outcome::NotPlaced, detail);
+    } else {
+        downloadError(progress == Progress::Unfinished ? notReady : QNetworkReply::UnknownContentError);
         concludeFailure();
-        break;
-    case Progress::Unreadable:
-        downloadError(QNetworkReply::UnknownContentError);
-        concludeFailure();
-        break;
     }
 }
 
@@ -278,6 +284,8 @@ void ArchiveTransfer::noteSent(qint64 bytes)
 
 void ArchiveTransfer::uploadError(QNetworkReply::NetworkError error)
 {
+    if (currentState != State::Storing && currentState != State::Confirming)
+        return;
     qDebug().noquote() << "upload error:" << error;
     lastError = error;
 }
@@ -286,8 +294,8 @@ void ArchiveTransfer::uploadFinished()
 {
     if (currentState != State::Storing && currentState != State::Confirming)
         return;
-    // Some servers confirm an archive that has arrived cut off, or with others the manager sends nothing at
-    // all.
+    // Some servers confirm an archive that arrived cut off; with others the manager sends nothing and reports
+    // success.
     if (lastError == QNetworkReply::NoError && bytesSent != bytesToSend)
         uploadError(QNetworkReply::UnknownContentError);
     end(lastError == QNetworkReply::NoError ? Outcome::Stored : Outcome::StoreFailed);
@@ -308,7 +316,7 @@ void ArchiveTransfer::endAttempt()
         currentReply->disconnect(this);
         currentReply->abort();
         // Until its reply has gone, an aborted upload may read on: its file goes along.
-        if (currentFile && currentFile->isReadable())
+        if (currentFile && currentState != State::Fetching)
             currentFile.release()->setParent(currentReply);
         currentReply->deleteLater();
         currentReply.clear();

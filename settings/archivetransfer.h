@@ -60,8 +60,10 @@ public:
     void fetchSoon(const QUrl &archive, const QString &fileName);
     /// Stores this file as the archive. What is under way is dropped.
     void store(const QUrl &archive, const QString &fileName);
-    /// The N6 has another address now: a fetch goes on there.
+    /// The N6 has another address now: further attempts to fetch go there.
     void follow(const QString &host);
+    /// Another instrument has the N6's address: a fetch ends as failed.
+    void giveUp();
     /// Ends what is under way without a signal, and removes its part file.
     void drop();
 
@@ -97,6 +99,7 @@ private:
     State currentState = State::Idle;
     QNetworkAccessManager *network;
     QUrl archiveUrl;
+    QString attemptHost; // where the attempt under way was begun
     QString fileName;
     QPointer<ControlRelay> relay;
     std::unique_ptr<QFile> currentFile;

@@ -31,7 +31,7 @@ void ControlRelay::acceptManager()
     connect(&device, &QTcpSocket::readyRead, this, [this] { passOn(&device, manager); });
     connect(&device, &QTcpSocket::disconnected, this, &ControlRelay::endManager);
     connect(&device, &QTcpSocket::errorOccurred, this, [this] {
-        // One that was up tells by its end.
+        // A connection that was made reports its end through disconnected().
         if (!isUp() && bytesHeard == 0)
             emit unreachable();
     });

@@ -9,6 +9,8 @@ namespace
 
 // Added to the window size, it makes the library take gzip streams and nothing else.
 constexpr int gzipOnly = 16;
+// With it every gzip stream begins.
+constexpr Bytef firstMagicByte = 0x1f;
 constexpr std::size_t unpackedBlockBytes = std::size_t(64) * 1024;
 
 } // namespace
@@ -32,9 +34,13 @@ void GzipEnd::feed(const char *bytes, int count)
     stream->next_in = reinterpret_cast<Bytef *>(const_cast<char *>(bytes)); // NOLINT
     stream->avail_in = static_cast<uInt>(count);
     while (stream->avail_in > 0 && state != State::NoGzip) {
-        if (state == State::AtEnd)
-            inflateReset(stream.get());
-        state = unpack();
+        if (state == State::AtEnd && *stream->next_in != firstMagicByte) {
+            state = State::NoGzip;
+        } else {
+            if (state == State::AtEnd)
+                inflateReset(stream.get());
+            state = unpack();
+        }
     }
 }
 

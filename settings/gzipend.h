@@ -22,12 +22,12 @@ public:
     /// Takes the next bytes of the file, from its first on.
     void feed(const char *bytes, int count);
     /// True while the bytes so far are a gzip stream that lacks its end, or none at all. What is no gzip
-    /// stream has no end to wait for, and neither has what stands behind the end of one; another stream there
-    /// has.
+    /// stream has no end to wait for. Bytes behind the end are ignored unless they begin another gzip stream,
+    /// which must end too.
     bool isMissing() const { return state == State::AtStart || state == State::Inside; }
 
 private:
-    enum class State { AtStart, Inside, AtEnd, NoGzip };
+    enum class State { AtStart, Inside, AtEnd, NoGzip }; // the last one also behind an end
 
     State unpack();
 

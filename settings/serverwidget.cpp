@@ -56,20 +56,20 @@ void makeRoomForTitle(QMessageBox &box)
 } // namespace
 
 ServerWidget::ServerWidget(QWidget *parent, udpHBClient *sharedClient)
-    : QWidget(parent), ui(std::make_unique<Ui::ServerControl>()), client(sharedClient),
+    : QWidget(parent), form(std::make_unique<Ui::ServerControl>()), client(sharedClient),
       defaultFolder(documentsOrHome()), udpSocket(new QUdpSocket(this)), archiveUrl(archiveWithoutHost())
 {
     qRegisterMetaType<QNetworkReply::NetworkError>();
     qRegisterMetaType<ArchiveTransfer::Outcome>();
-    ui->setupUi(this);
-    ui->label_CurrentServer->setTextFormat(Qt::PlainText);
+    form->setupUi(this);
+    form->label_CurrentServer->setTextFormat(Qt::PlainText);
     setButtonsEnabled(false);
     connect(client, &udpHBClient::listUpdated, this, &ServerWidget::updateGUI);
     connect(client, &udpHBClient::n6BeaconReceived, this, &ServerWidget::updateGUI);
 
-    connect(ui->backupButton, &QPushButton::clicked, this, &ServerWidget::startBackup);
-    connect(ui->restoreButton, &QPushButton::clicked, this, &ServerWidget::startRestore);
-    connect(ui->factoryButton, &QPushButton::clicked, this, &ServerWidget::startFactoryReset);
+    connect(form->backupButton, &QPushButton::clicked, this, &ServerWidget::startBackup);
+    connect(form->restoreButton, &QPushButton::clicked, this, &ServerWidget::startRestore);
+    connect(form->factoryButton, &QPushButton::clicked, this, &ServerWidget::startFactoryReset);
 
     connect(&transfer, &ArchiveTransfer::attemptFailed, this, [this] { busy = false; });
     // The page answers with a box, which runs an event loop of its own: nothing of the transfer may be on the
@@ -85,13 +85,25 @@ void ServerWidget::updateGUI()
     serverSerial = client->n6Device().online ? client->n6Device().serial : QString();
     serverAddress = client->serverAddress();
     archiveUrl.setHost(serverAddress.toString());
-    ui->label_CurrentServer->setText(serverSerial.isEmpty() ? tr("No server configured.")
-                                                            : tr("Current server:  ") + serverSerial);
+    form->label_CurrentServer->setText(serverSerial.isEmpty() ? tr("No server configured.")
+                                                              : tr("Current server:  ") + serverSerial);
     if (!busy && !serverAddress.isNull())
         setButtonsEnabled(true);
-    // The N6 that is writing an archive may get another address meanwhile.
-    if (!serverSerial.isEmpty() && serverSerial == target.serial)
-        transfer.follow(client->n6Device().address.toString());
+    followTarget();
+}
+
+// The N6 that is writing an archive may get another address meanwhile, or another one may get its address.
+void ServerWidget::followTarget()
+{
+    if (serverSerial.isEmpty() || target.serial.isEmpty())
+        return;
+    const QHostAddress &heardFrom = client->n6Device().address;
+    if (serverSerial == target.serial) {
+        target.address = heardFrom;
+        transfer.follow(heardFrom.toString());
+    } else if (heardFrom == target.address) {
+        transfer.giveUp();
+    }
 }
 
 void ServerWidget::startBackup()
@@ -104,9 +116,7 @@ void ServerWidget::startBackup()
         archivedialog::fileForBackup(this, defaultFolder, defaultFolder + defaultBackupName());
     if (!self || chosen.isEmpty())
         return;
-    // The same instrument may have got another address; one without a serial is known by its address only.
-    const bool isSame = isMeant(asked) || (!asked.serial.isEmpty() && currentServer().serial == asked.serial);
-    if (!isSame) {
+    if (!isMeant(asked) && !isServerNow(asked.serial)) {
         transferEnded(ArchiveTransfer::Outcome::FetchFailed, QString());
         return;
     }
@@ -135,6 +145,7 @@ void ServerWidget::startRestore()
         endRestore(false);
         return;
     }
+    updateGUI();
     setBusy();
     uploadFile(chosen);
 }
@@ -148,8 +159,10 @@ void ServerWidget::startFactoryReset()
     if (showBox(QMessageBox::Warning, tr("Factory Reset"),
                 tr("Warning: All settings will be deleted from the server.\nDo you want to continue?"),
                 QMessageBox::Yes) &&
-        isMeant(asked))
+        isMeant(asked)) {
+        updateGUI();
         sendTwice([this] { sendFactoryReset(); });
+    }
 }
 
 void ServerWidget::sendBackup()
@@ -224,6 +237,8 @@ void ServerWidget::endRestore(bool isStored)
     const bool isComplete = isStored && isMeant(target);
     if (isComplete)
         sendTwice([this] { sendRestore(); });
+    else
+        busy = false;
     const bool closed = isComplete
                             ? showBox(QMessageBox::Information, tr("Backup upload complete!"),
                                       tr("Settings upload complete."))
@@ -247,6 +262,12 @@ bool ServerWidget::isMeant(const Instrument &instrument) const
     return currentServer() == instrument;
 }
 
+// Whether the N6 with this serial is the server, at whichever address.
+bool ServerWidget::isServerNow(const QString &serial) const
+{
+    return !serial.isEmpty() && isMeant({client->n6Device().address, serial});
+}
+
 void ServerWidget::setBusy()
 {
     busy = true;
@@ -255,9 +276,9 @@ void ServerWidget::setBusy()
 
 void ServerWidget::setButtonsEnabled(bool enabled)
 {
-    ui->backupButton->setEnabled(enabled);
-    ui->restoreButton->setEnabled(enabled);
-    ui->factoryButton->setEnabled(enabled);
+    form->backupButton->setEnabled(enabled);
+    form->restoreButton->setEnabled(enabled);
+    form->factoryButton->setEnabled(enabled);
 }
 
 template <typename Send>

@@ -68,6 +68,8 @@ private:
     Instrument shownServer() const { return {serverAddress, serverSerial}; }
     Instrument currentServer() const;
     bool isMeant(const Instrument &instrument) const;
+    bool isServerNow(const QString &serial) const;
+    void followTarget();
     void setBusy();
     void setButtonsEnabled(bool enabled);
     void sendCommand(const QByteArray &datagram);
@@ -79,7 +81,7 @@ private:
     bool showBox(QMessageBox::Icon icon, const QString &title, const QString &text,
                  QMessageBox::StandardButtons buttons = QMessageBox::Ok);
 
-    std::unique_ptr<Ui::ServerControl> ui;
+    std::unique_ptr<Ui::ServerControl> form;
     udpHBClient *client;
     QHostAddress serverAddress;
     QString serverSerial;

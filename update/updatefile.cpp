@@ -58,7 +58,8 @@ QFileDialog *updatefile::newDialog(QWidget *page, const QString &filterTitle, co
     keepWhile(dialog, page);
     dialog->setFileMode(QFileDialog::ExistingFile);
     dialog->setOption(QFileDialog::HideNameFilterDetails);
-    // A closed dialog leaves its side bar to those of every program of the user: it gets back its own before.
+    // On closing, the toolkit saves the side bar for all programs of the user: its own entries are put back
+    // first.
     QObject::connect(dialog, &QDialog::finished, dialog,
                      [dialog, own = dialog->sidebarUrls()] { dialog->setSidebarUrls(own); });
     dialog->setSidebarUrls(usualPlaces(folder));

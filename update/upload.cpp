@@ -71,31 +71,25 @@ bool Upload::isTransferring() const
     return ftp != nullptr && ftp->state() == QFtp::LoggedIn;
 }
 
-// The farewell comes last.
-bool Upload::isConfirmed() const
-{
-    return ftp->currentCommand() == QFtp::Close;
-}
-
 void Upload::listen()
 {
     connect(ftp, &QFtp::stateChanged, this, &Upload::takeState);
     connect(ftp, &QFtp::commandFinished, this, [this] { enter(State::Talking); });
-    connect(ftp, &QFtp::dataTransferProgress, this, &Upload::showProgress);
+    connect(ftp, &QFtp::dataTransferProgress, this, &Upload::noteProgress);
     connect(ftp, &QFtp::done, this, &Upload::finish);
 }
 
-void Upload::showProgress(qint64 doneBytes, qint64 totalBytes)
+void Upload::noteProgress(qint64 doneBytes, qint64 totalBytes)
 {
     enter(doneBytes < totalBytes ? State::Talking : State::Confirming);
     emit progress(doneBytes, totalBytes);
 }
 
-// A lost connection is reported by nothing else. Where more is reported, it comes later.
+// A lost connection is reported by nothing else. What the client may say after it is not heard any more.
 void Upload::takeState(int ftpState)
 {
     if (ftpState == QFtp::Unconnected)
-        finish(!isConfirmed());
+        finish(true);
     else
         enter(State::Talking);
 }
@@ -103,10 +97,9 @@ void Upload::takeState(int ftpState)
 // What was reported as over must not go on when the device is back.
 void Upload::giveUp()
 {
-    const bool error = !isConfirmed();
     ftp->disconnect(this);
     ftp->abort();
-    finish(error);
+    finish(true);
 }
 
 void Upload::finish(bool error)

@@ -52,9 +52,8 @@ private:
     };
 
     void enter(State next);
-    bool isConfirmed() const;
     void listen();
-    void showProgress(qint64 doneBytes, qint64 totalBytes);
+    void noteProgress(qint64 doneBytes, qint64 totalBytes);
     void takeState(int ftpState);
     void giveUp();
     void finish(bool error);
