@@ -5,6 +5,7 @@
 #include "discovery/udphbclient.h"
 #include "tests/support/heartbeatbytes.h"
 #include "tests/support/signalorder.h"
+#include "tests/support/text.h"
 
 #include <QTest>
 #include <QUdpSocket>
@@ -26,11 +27,6 @@ QStringList &logged()
     return lines;
 }
 
-void keepLog(QtMsgType /*type*/, const QMessageLogContext & /*context*/, const QString &line)
-{
-    logged() += line;
-}
-
 } // namespace
 
 class TestDiscovery : public QObject
@@ -38,49 +34,39 @@ class TestDiscovery : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { qInstallMessageHandler(keepLog); }
+    void initTestCase()
+    {
+        qInstallMessageHandler([](auto, const auto &, const QString &line) { logged() += line; });
+    }
     void init() { logged().clear(); }
 
-    void decodesDisplays()
+    void decodesEveryKind()
     {
-        HeartbeatBytes parts{0x00, "0123456789abcdef"};
+        HeartbeatBytes parts{0x00, "0123456789abcd\xc3\xa9"};
         parts.firmware = "1.4.22";
         parts.lux = 351.456;
         parts.volts = 12.345F;
         parts.lsFlag = 0x80;
-        parts.serverFlag = 2;
-        parts.system = "5.1\xe9";
-        for (const int kind : {0x00, 0x20, 0x50}) {
-            parts.kind = static_cast<quint8>(kind);
-            const auto screen = std::get<ScreenDevice>(decode(parts.build() + "more to come"));
-            const bool eink = screen.type == QLatin1String("EINK");
-            QCOMPARE(screen.type, QLatin1String(kind == 0 ? "SCREEN" : kind == 0x20 ? "SCREEN2" : "EINK"));
-            QCOMPARE(screen.serial, QStringLiteral("0123456789abcdef"));
-            QCOMPARE(screen.systemVersion, QStringLiteral(u"5.1\u00e9"));
-            QCOMPARE(screen.applicationVersion, QStringLiteral("2.1.0"));
-            QCOMPARE(screen.ambientLux, 351.46);
-            QVERIFY(screen.lsFlag && screen.isServer == !eink);
-            QCOMPARE(screen.firmwareVersion, eink ? QString() : QStringLiteral("1.4.22"));
-            QVERIFY(eink ? std::isnan(screen.supplyVoltage) : qFuzzyCompare(screen.supplyVoltage, 12.35));
-        }
-    }
-
-    void decodesN6AndGyro()
-    {
-        const auto n6 = std::get<N6Device>(decode(HeartbeatBytes::n6("N6-\xc3\xa9", 5, 6, -2)));
-        QCOMPARE(n6.serial, QStringLiteral(u"N6-\u00e9"));
-        QCOMPARE(n6.model, 5);
-        QCOMPARE(n6.port1Mode, 6);
-        QCOMPARE(n6.port2Mode, -2);
-        QCOMPARE(n6.firmwareVersion, QStringLiteral("1.4"));
-
-        HeartbeatBytes parts{0x72};
         parts.serverFlag = 0xFF;
-        parts.system.clear();
+        parts.system = "5.1\xe9";
         parts.application.clear();
-        const auto gyro = std::get<GyroDevice>(decode(parts.build()));
-        QCOMPARE(gyro.status, -1);
-        QCOMPARE(gyro.applicationVersion, QString());
+        for (const char *const expected :
+             {"SCREEN|1.4.22|12.35|1", "SCREEN2|1.4.22|12.35|1", "EINK||nan|0"}) {
+            parts.kind = *expected == 'E' ? 0x50 : expected[6] == '2' ? 0x20 : 0x00;
+            const auto screen = std::get<ScreenDevice>(decode(parts.build() + "more to come"));
+            QCOMPARE("%1|%2|%3|%4"_s.arg(screen.type, screen.firmwareVersion)
+                         .arg(screen.supplyVoltage)
+                         .arg(screen.isServer),
+                     QLatin1String(expected));
+            QCOMPARE(screen.serial + screen.systemVersion + screen.applicationVersion,
+                     "0123456789abcd\u00e95.1\u00e9"_s);
+            QVERIFY(screen.lsFlag && screen.ambientLux == 351.46);
+        }
+        const auto n6 = std::get<N6Device>(decode(HeartbeatBytes::n6("N6", 5, 6, -2)));
+        QCOMPARE(n6.serial + n6.firmwareVersion, "N61.4"_s);
+        QVERIFY(n6.model == 5 && n6.port1Mode == 6 && n6.port2Mode == -2);
+        parts.kind = 0x72;
+        QCOMPARE(std::get<GyroDevice>(decode(parts.build())).status, -1);
     }
 
     void ignoresMalformed()
@@ -147,25 +133,21 @@ private slots:
 
     void padsTheSerialOfAReset()
     {
-        QCOMPARE(n6FactoryResetCommand(QStringLiteral(u"N6\u00e9")),
-                 QByteArray("\x0fN6\xe9") + QByteArray(13, '\0'));
+        QCOMPARE(n6FactoryResetCommand("N6\u00e9"_s), QByteArray("\x0fN6\xe9") + QByteArray(13, '\0'));
     }
 
     void choosesInterfaces()
     {
         using Net = QNetworkInterface;
-        const auto use = [](Net::InterfaceFlags set, const char *name) {
-            return QLatin1String(interfaces::asksOn(set) ? "1" : "0") +
-                   QLatin1String(interfaces::listensOn(set, QLatin1String(name)) ? "1" : "0");
-        };
-        const Net::InterfaceFlags live = Net::IsUp | Net::IsRunning | Net::CanMulticast;
-        QCOMPARE(use(live, "eth0"), QStringLiteral("11"));
-        QCOMPARE(use(live, "my virtual"), QStringLiteral("11"));
-        QCOMPARE(use(live, "VirtualBox Host-Only"), QStringLiteral("10"));
-        QCOMPARE(use(Net::IsUp | Net::CanMulticast, "cable pulled"), QStringLiteral("10"));
-        QCOMPARE(use(Net::CanMulticast, "down"), QStringLiteral("00"));
-        QCOMPARE(use(Net::IsUp | Net::IsRunning, "no multicast"), QStringLiteral("00"));
-        QCOMPARE(use(live | Net::IsLoopBack, "lo"), QStringLiteral("00"));
+        using interfaces::asksOn, interfaces::listensOn;
+        const Net::InterfaceFlags unplugged = Net::IsUp | Net::CanMulticast,
+                                  live = unplugged | Net::IsRunning;
+        QVERIFY(asksOn(live) && listensOn(live, "my virtual"_s) &&
+                !listensOn(live, "VirtualBox Host-Only"_s));
+        QVERIFY(asksOn(unplugged) && !listensOn(unplugged, "eth0"_s));
+        for (const Net::InterfaceFlags &unfit :
+             {live & ~Net::IsUp, live & ~Net::CanMulticast, live | Net::IsLoopBack})
+            QVERIFY(!asksOn(unfit) && !listensOn(unfit, "eth0"_s));
     }
 
     void signalsEachChangeInOrder()
@@ -173,19 +155,19 @@ private slots:
         udpHBClient client(2);
         SignalOrder order(client);
         client.processHeartbeat(HeartbeatBytes::screen(0x00, "A", true), at("10.0.0.1"));
-        QCOMPARE(order.take(), QStringLiteral("listUpdated screenUpdated serverChanged listUpdated"));
+        QCOMPARE(order.take(), "listUpdated screenUpdated serverChanged listUpdated"_s);
         QCOMPARE(client.serverScreen(), &client.screens().at(0));
         client.processHeartbeat(HeartbeatBytes::screen(0x50, "E", true), at("10.0.0.2"));
-        QCOMPARE(order.take(), QStringLiteral("listUpdated screenUpdated"));
+        QCOMPARE(order.take(), "listUpdated screenUpdated"_s);
         client.processHeartbeat(HeartbeatBytes::screen(0x20, "B"), at("10.0.0.1"));
-        QCOMPARE(order.take(), QStringLiteral("screenUpdated serverRemoved listUpdated"));
-        QCOMPARE(client.screens().at(0).type, QStringLiteral("SCREEN2"));
+        QCOMPARE(order.take(), "screenUpdated serverRemoved listUpdated"_s);
+        QCOMPARE(client.screens().at(0).type, "SCREEN2"_s);
         client.processHeartbeat(HeartbeatBytes::n6("N6"), at("10.0.0.9"));
-        QCOMPARE(order.take(), QStringLiteral("serverChanged listUpdated n6"));
+        QCOMPARE(order.take(), "serverChanged listUpdated n6"_s);
         QVERIFY(client.n6Online() && !client.serverScreen());
         client.processHeartbeat(HeartbeatBytes::screen(0x72, "G"), at("10.0.0.3"));
         client.processHeartbeat(HeartbeatBytes::screen(0x00, "VK38").left(38), at("10.0.0.4"));
-        QCOMPARE(order.take(), QStringLiteral("gyro incompatible"));
+        QCOMPARE(order.take(), "gyro incompatible"_s);
         QCOMPARE(logged().join(QLatin1Char('\n')), QStringLiteral("udpHB: Screen IP 10.0.0.1\n"
                                                                   "udpHB: Server changed: 10.0.0.1\n"
                                                                   "udpHB: E-Ink IP 10.0.0.2\n"
@@ -202,14 +184,14 @@ private slots:
             client.processHeartbeat(HeartbeatBytes::n6(serial, 1, 0, 0, application), at(sender));
             return client.n6Device().address.toString();
         };
-        QCOMPARE(hear("169.254.3.4", "N6", "1"), QStringLiteral("169.254.3.4"));
-        QCOMPARE(hear("10.0.0.5", "N6", "1"), QStringLiteral("10.0.0.5"));
-        QCOMPARE(hear("169.254.3.4", "N6", "1"), QStringLiteral("10.0.0.5"));
-        QCOMPARE(hear("169.254.3.4", "N6", "1"), QStringLiteral("10.0.0.5"));
-        QCOMPARE(logged().filter(QStringLiteral("Filtered")),
-                 QStringList(QStringLiteral("udpHB: Filtered duplicate N6 heartbeat from: 169.254.3.4")));
-        QCOMPARE(hear("10.0.0.6", "N6", "2"), QStringLiteral("10.0.0.6"));
-        QCOMPARE(hear("10.0.0.7", "other", "2"), QStringLiteral("10.0.0.7"));
+        QCOMPARE(hear("169.254.3.4", "N6", "1"), "169.254.3.4"_s);
+        QCOMPARE(hear("10.0.0.5", "N6", "1"), "10.0.0.5"_s);
+        QCOMPARE(hear("169.254.3.4", "N6", "1"), "10.0.0.5"_s);
+        QCOMPARE(hear("169.254.3.4", "N6", "1"), "10.0.0.5"_s);
+        QCOMPARE(logged().filter("Filtered"_s),
+                 QStringList("udpHB: Filtered duplicate N6 heartbeat from: 169.254.3.4"_s));
+        QCOMPARE(hear("10.0.0.6", "N6", "2"), "10.0.0.6"_s);
+        QCOMPARE(hear("10.0.0.7", "other", "2"), "10.0.0.7"_s);
         QCOMPARE(client.serverAddress(), at("10.0.0.7"));
     }
 
@@ -220,7 +202,7 @@ private slots:
                             QAbstractSocket::DontShareAddress));
         udpHBClient client(0);
         client.tick();
-        QCOMPARE(logged(), QStringList(QStringLiteral("Problem binding udpSocket on port 4020")));
+        QCOMPARE(logged(), QStringList("Problem binding udpSocket on port 4020"_s));
 
         greedy.close();
         client.createSockets();

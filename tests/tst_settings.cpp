@@ -6,8 +6,11 @@
 #include "settings/serverwidget.h"
 #include "tests/support/answers.h"
 #include "tests/support/boat.h"
+#include "tests/support/files.h"
 #include "tests/support/heartbeatbytes.h"
+#include "tests/support/rows.h"
 #include "tests/support/scriptedftpserver.h"
+#include "tests/support/text.h"
 
 #include <QLabel>
 #include <QNetworkDatagram>
@@ -32,12 +35,6 @@ const char *const older = "an older backup";
 QByteArray gzip()
 {
     return QByteArray::fromHex("1f8b08000000000002ff4b4c4a4c0200a60ad73604000000");
-}
-
-QByteArray contents(const QString &name)
-{
-    QFile file(name);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 class PlayedN6 : public ScriptedFtpServer
@@ -67,54 +64,38 @@ public:
         };
     }
 
-    /// Does this instead of moving a file.
-    void onTheWay(const std::function<void()> &act)
-    {
-        transferOver = [act] {
-            act();
-            return true;
-        };
-    }
-
     /// Sends what it has in pieces, some seconds apart.
     void drip(int pieces)
     {
-        onTheWay([this, length = file.size() / pieces] {
+        onTheWay = [this, length = file.size() / pieces] {
             for (int at = 0, ms = 0; at < file.size(); at += length, ms += 9000)
                 QTimer::singleShot(ms, data, [this, at, length] {
                     data->write(file.mid(at, length));
                     if (at + length >= file.size())
                         data->disconnectFromHost();
                 });
-        });
+        };
     }
 
     void hangUpAtOnce()
     {
-        takeOver = [this](const QByteArray &) {
-            reply("421 Busy\r\n");
-            control->disconnectFromHost();
-            return true;
-        };
+        takeOver = [this](auto) { return reply("421 Busy\r\n"), control->disconnectFromHost(), true; };
     }
 
     void hangUpOnTheWay()
     {
-        onTheWay([this] { control->abort(); });
+        onTheWay = [this] { control->abort(); };
     }
 
     /// Neither reads nor writes any more in the middle of a transfer.
     void fallSilent()
     {
-        onTheWay([this] {
-            data->disconnect();
-            data->setReadBufferSize(1);
-        });
+        onTheWay = [this] { data->disconnect(), data->setReadBufferSize(1); };
     }
 
     void confirmAPart()
     {
-        onTheWay([this] { connect(data, &QTcpSocket::readyRead, this, [this] { endData(); }); });
+        onTheWay = [this] { connect(data, &QTcpSocket::readyRead, this, [this] { endData(); }); };
     }
 };
 
@@ -124,17 +105,22 @@ struct Transfer {
     QString box;
     std::function<void(PlayedN6 &)> play;
     int limit = soon;
+    /// What the user types as a backup's name, and the name that it gets.
+    QString typed = "x"_s, saved = "x.tar.gz"_s;
 };
 
-void addRows(const QVector<Transfer> &transfers)
-{
-    QTest::addColumn<Transfer>("transfer");
-    for (const Transfer &transfer : transfers)
-        QTest::newRow(transfer.name) << transfer;
-}
+// What happens to a command, and what comes of it.
+struct Target {
+    const char *name;
+    QString action;
+    QByteArray heard; // the serial of an N6 at the other address
+    bool isLate;      // heard after the first command, not while the user is asked
+    QString sent, box;
+};
 
 } // namespace
 Q_DECLARE_METATYPE(Transfer)
+Q_DECLARE_METATYPE(Target)
 
 // The network access manager forgets what belongs to a transfer that failed.
 extern "C" __attribute__((visibility("default"))) const char *__lsan_default_suppressions() // NOLINT
@@ -170,13 +156,14 @@ private slots:
     void backups_data()
     {
         using N6 = PlayedN6;
-        addRows({
+        const QByteArrayList growing{"none", "", gzip().left(5), gzip().chopped(1), gzip()};
+        addRows<Transfer>({
             {"the archive is there", backupComplete, [](N6 &) {}},
             {"the archive is no gzip stream", backupComplete, [](N6 &n6) { n6.file = "plain"; }},
-            {"the archive is still being written", backupComplete,
-             [](N6 &n6) {
-                 n6.has({"none", "", gzip().left(5), gzip().chopped(1), gzip()});
-             }},
+            {"the archive is still being written", backupComplete, [=](N6 &n6) { n6.has(growing); }},
+            {"the name has its ending", backupComplete, [](N6 &) {}, soon, "x.tar.gz"_s},
+            {"the name is a date", backupComplete, [](N6 &) {}, soon, "1.2.26"_s, "1.2.26.tar.gz"_s},
+            {"the name is an older one's", backupComplete, [](N6 &) {}, soon, "Old 1.2.26"_s, "new.tar.gz"_s},
             {"the archive never appears", backupUnable, [](N6 &n6) { n6.has({"none"}); }, late},
             {"the archive comes in drops", backupComplete, [](N6 &n6) { n6.drip(5); }, late},
             {"the archive ends early", backupFailed, [](N6 &n6) { n6.answers["SIZE"] = "213 100\r\n"; }},
@@ -187,10 +174,10 @@ private slots:
                  n6.drip(2);
              }},
             {"the N6 has no help to offer", backupFailed, [](N6 &n6) { n6.answers["HELP"] = "502 No\r\n"; }},
-            {"the N6 has a client already", backupFailed, [](N6 &n6) { n6.hangUpAtOnce(); }},
-            {"the N6 hangs up on the way", backupFailed, [](N6 &n6) { n6.hangUpOnTheWay(); }},
-            {"the N6 has no such service", backupFailed, [](N6 &n6) { n6.close(); }},
-            {"the N6 falls silent", backupFailed, [](N6 &n6) { n6.fallSilent(); }, late},
+            {"the N6 has a client already", backupFailed, &N6::hangUpAtOnce},
+            {"the N6 hangs up on the way", backupFailed, &N6::hangUpOnTheWay},
+            {"the N6 has no such service", backupFailed, &N6::close},
+            {"the N6 falls silent", backupFailed, &N6::fallSilent, late},
             {"the N6 talks without end", backupFailed,
              [](N6 &n6) { n6.answers["PASS"] = "230-" + QByteArray(3000000, 'x'); }},
             {"the disk is full", backupFailed, [this](N6 &) { QFile::link("/dev/full"_s, part); }},
@@ -200,11 +187,16 @@ private slots:
 
     void backups()
     {
-        QFETCH(const Transfer, transfer);
+        QFETCH(const Transfer, row);
+        target = folder->filePath(row.saved);
+        const QString old = write(folder->filePath("Old 1.2.26.tar.gz"_s), older);
         PlayedN6 n6;
-        transfer.play(n6);
-        Answers answers(folder->filePath("x"_s));
-        answers.answer = [](QDialog *shown) {
+        row.play(n6);
+        Answers answers(folder->filePath(row.typed));
+        answers.answer = [&](QDialog *shown) {
+            // Asked whether to replace the older one, the user says no and then types another name.
+            if (shown->windowTitle() == "Save As"_s && qobject_cast<QMessageBox *>(shown) != nullptr)
+                answers.file = folder->filePath("new"_s), answers.boxes.clear();
             // The folder's name holds a tag; no title is cut off.
             if (auto *text = shown->findChild<QLabel *>("qt_msgbox_label"_s)) {
                 const int title = shown->fontMetrics().horizontalAdvance(shown->windowTitle());
@@ -213,24 +205,23 @@ private slots:
             return false;
         };
         click("backupButton"_s);
-        QTRY_COMPARE_WITH_TIMEOUT(answers.boxes, QStringList(transfer.box), transfer.limit);
+        QTRY_COMPARE_WITH_TIMEOUT(answers.boxes, QStringList(row.box), row.limit);
         QTRY_VERIFY(!n6.isTaken() && page->findChildren<QDialog *>().isEmpty());
-        QCOMPARE(contents(target), transfer.box == backupComplete ? n6.file : QByteArray(older));
+        QCOMPARE(contents(target), row.box == backupComplete ? n6.file : QByteArray(older));
+        QCOMPARE(contents(old), older);
         QVERIFY(QFileInfo(part).isDir() || (!QFileInfo(part).isSymLink() && !QFileInfo::exists(part)));
         QCOMPARE(received(), "10:07 10:07"_s);
         heartbeat();
-        QCOMPARE(button("backupButton"_s)->isEnabled(), transfer.box != backupUncreated);
+        QCOMPARE(button("backupButton"_s)->isEnabled(), row.box != backupUncreated);
     }
 
     void restores_data()
     {
         using N6 = PlayedN6;
-        // More than the system takes at once; on the disk it is a hole.
-        const auto enlarge = [this] { QFile::resize(target, 50000000); };
         const auto unreadable = [this](N6 &) {
             QVERIFY(QFile::remove(target) && QFile::link("/proc/self/mem"_s, target));
         };
-        addRows({
+        addRows<Transfer>({
             {"the N6 takes it", restoreComplete, [](N6 &) {}},
             {"the N6 takes long to confirm", restoreComplete, [](N6 &n6) { n6.confirmAfterMs = 33000; },
              late},
@@ -238,30 +229,19 @@ private slots:
             {"the file cannot be read", restoreFailed, unreadable},
             {"the N6 has no help to offer", restoreFailed, [](N6 &n6) { n6.answers["HELP"] = "502 No\r\n"; }},
             {"the N6 refuses it", restoreFailed, [](N6 &n6) { n6.answers["STOR"] = "552 Full\r\n"; }},
-            {"the N6 hangs up on the way", restoreFailed,
-             [=](N6 &n6) {
-                 enlarge();
-                 n6.hangUpOnTheWay();
-             }},
-            {"the N6 confirms a part of it", restoreFailed,
-             [=](N6 &n6) {
-                 enlarge();
-                 n6.confirmAPart();
-             }},
-            {"the N6 falls silent", restoreFailed,
-             [=](N6 &n6) {
-                 enlarge();
-                 n6.fallSilent();
-             },
-             late},
+            {"the N6 hangs up on the way", restoreFailed, &N6::hangUpOnTheWay},
+            {"the N6 confirms a part of it", restoreFailed, &N6::confirmAPart},
+            {"the N6 falls silent", restoreFailed, &N6::fallSilent, late},
         });
     }
 
     void restores()
     {
-        QFETCH(const Transfer, transfer);
+        QFETCH(const Transfer, row);
+        // More than the system takes at once; on the disk it is a hole.
+        QVERIFY(QFile::resize(target, 50000000));
         PlayedN6 n6;
-        transfer.play(n6);
+        row.play(n6);
         Answers answers(target);
         // The end of a transfer is told apart from the next heartbeat.
         answers.answer = [this](QDialog *shown) {
@@ -270,9 +250,9 @@ private slots:
             return false;
         };
         click("restoreButton"_s);
-        QTRY_COMPARE_WITH_TIMEOUT(answers.boxes, QStringList(transfer.box), transfer.limit);
+        QTRY_COMPARE_WITH_TIMEOUT(answers.boxes, QStringList(row.box), row.limit);
         QTRY_VERIFY(!n6.isTaken());
-        const bool isComplete = transfer.box == restoreComplete;
+        const bool isComplete = row.box == restoreComplete;
         QVERIFY(!isComplete || n6.uploadedBytes == contents(target).size());
         QCOMPARE(n6.lines.isEmpty(), contents(target).isEmpty());
         waitForSecondCopies();
@@ -297,92 +277,48 @@ private slots:
 
     void onlyTheInstrumentThatWasMeantIsCommanded_data()
     {
-        QTest::addColumn<QString>("action");
-        QTest::addColumn<QByteArray>("heard"); // the serial of an N6 at the other address
-        QTest::addColumn<bool>("isLate");      // heard after the first command, not while the user is asked
-        QTest::addColumn<QString>("sent");
-        QTest::addColumn<QString>("box");
-        const auto row = [](const char *name, const QString &action, const QByteArray &heard, bool isLate,
-                            const QString &sent, const QString &box) {
-            QTest::newRow(name) << action << heard << isLate << sent << box;
-        };
         const QString reset = "factoryButton"_s, restore = "restoreButton"_s, backup = "backupButton"_s, none,
                       notice = "2 Factory Reset"_s;
-        row("a reset", reset, "", false, "10:0f 10:0f"_s, notice);
-        row("a reset, another N6 while asked", reset, "N6-2", false, none, notice);
-        row("a reset, another N6 between the copies", reset, "N6-2", true, "10:0f"_s, notice);
-        row("a restore, another N6 while asked", restore, "N6-2", false, none, restoreFailed);
-        row("a restore, another N6 on the way", restore, "N6-2", true, none, restoreFailed);
-        row("a backup, another N6 while asked", backup, "N6-2", false, none, backupFailed);
-        row("a backup, another N6 on the way", backup, "N6-2", true, "10:07"_s, backupComplete);
-        row("a backup, the N6 moves while asked", backup, "N6-1", false, "11:07 11:07"_s, backupComplete);
-        row("a backup, the N6 moves on the way", backup, "N6-1", true, "10:07"_s, backupComplete);
+        addRows<Target>({
+            {"a reset", reset, "", false, "10:0f 10:0f"_s, notice},
+            {"a reset, another N6 while asked", reset, "N6-2", false, none, notice},
+            {"a reset, another N6 between the copies", reset, "N6-2", true, "10:0f"_s, notice},
+            {"a restore, another N6 while asked", restore, "N6-2", false, none, restoreFailed},
+            {"a restore, another N6 on the way", restore, "N6-2", true, none, restoreFailed},
+            {"a backup, another N6 while asked", backup, "N6-2", false, none, backupFailed},
+            {"a backup, another N6 on the way", backup, "N6-2", true, "10:07"_s, backupComplete},
+            {"a backup, the N6 moves while asked", backup, "N6-1", false, "11:07 11:07"_s, backupComplete},
+            {"a backup, the N6 moves on the way", backup, "N6-1", true, "10:07"_s, backupComplete},
+        });
     }
 
     void onlyTheInstrumentThatWasMeantIsCommanded()
     {
-        QFETCH(const QString, action);
-        QFETCH(const QByteArray, heard);
-        QFETCH(const bool, isLate);
-        QFETCH(const QString, sent);
-        QFETCH(const QString, box);
-        const bool moves = heard == serial;
+        QFETCH(const Target, row);
+        const bool moves = row.heard == serial;
         PlayedN6 n6, other(otherHost);
         moves ? n6.fallSilent() : n6.has({"none", gzip()});
         other.file = moves ? gzip() : QByteArray("another N6's");
-        Answers answers(action == "backupButton"_s ? folder->filePath("x"_s) : target);
+        Answers answers(row.action == "backupButton"_s ? folder->filePath("x"_s) : target);
         const auto hear = [&] {
             speaker = otherHost;
-            serial = heard;
+            serial = row.heard;
             heartbeat();
         };
         answers.answer = [&](QDialog *) {
-            if (!isLate && !heard.isEmpty())
+            if (!row.isLate && !row.heard.isEmpty())
                 hear();
             return false;
         };
-        if (isLate) {
+        if (row.isLate) {
             connect(commands.data(), &QUdpSocket::readyRead, this, hear);
             connect(&n6, &QTcpServer::newConnection, this, hear);
         }
-        click(action);
-        QTRY_COMPARE_WITH_TIMEOUT(answers.boxes, QStringList(box), soon);
+        click(row.action);
+        QTRY_COMPARE_WITH_TIMEOUT(answers.boxes, QStringList(row.box), soon);
         waitForSecondCopies();
-        QCOMPARE(received(), sent);
-        QCOMPARE(contents(target), box == backupComplete ? gzip() : QByteArray(older));
-    }
-
-    void everyBackupHasItsEnding_data()
-    {
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QString>("saved");
-        QTest::newRow("no ending") << "y"_s
-                                   << "y.tar.gz"_s;
-        QTest::newRow("the ending") << "y.tar.gz"_s
-                                    << "y.tar.gz"_s;
-        QTest::newRow("a date") << "Backup 25.11.2026"_s
-                                << "Backup 25.11.2026.tar.gz"_s;
-        QTest::newRow("a date of an older backup") << "Old 25.11.2026"_s
-                                                   << "new.tar.gz"_s;
-    }
-
-    void everyBackupHasItsEnding()
-    {
-        QFETCH(const QString, typed);
-        QFETCH(const QString, saved);
-        const QString old = write(folder->filePath("Old 25.11.2026.tar.gz"_s), older);
-        const PlayedN6 n6;
-        Answers answers(folder->filePath(typed));
-        answers.answer = [&](QDialog *shown) {
-            // Asked whether to replace the older one, the user says no and then types another name.
-            if (shown->windowTitle() == "Save As"_s && qobject_cast<QMessageBox *>(shown) != nullptr)
-                answers.file = folder->filePath("new"_s);
-            return false;
-        };
-        click("backupButton"_s);
-        QTRY_COMPARE(answers.boxes.value(answers.boxes.size() - 1), backupComplete);
-        QCOMPARE(contents(folder->filePath(saved)), gzip());
-        QCOMPARE(contents(old), older);
+        QCOMPARE(received(), row.sent);
+        QCOMPARE(contents(target), row.box == backupComplete ? gzip() : QByteArray(older));
     }
 
     void onlyAConfirmedFileIsReplaced()
@@ -435,7 +371,7 @@ private slots:
         page->setParent(&window);
         PlayedN6 n6;
         bool isUnderWay = false;
-        n6.transferOver = [&] { return isUnderWay = true; };
+        n6.onTheWay = [&] { isUnderWay = true; };
         Answers answers(target);
         answers.answer = [&](QDialog *) {
             if (isInBox)

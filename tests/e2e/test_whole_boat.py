@@ -1,5 +1,6 @@
 """The program as a user meets it: with a boat of several hosts, and with what goes wrong there."""
 
+import functools
 import hashlib
 import pathlib
 import re
@@ -75,6 +76,15 @@ class Scenario(unittest.TestCase):
     def finish(self):
         self.assertEqual(self.tool.close(), 0, self.tool.log())
 
+    def run_through(self, *arguments, **options):
+        self.begin(*arguments, **options)
+        self.finish()
+
+
+def through(*arguments, **options):
+    """A scenario without a turn on the way."""
+    return functools.partialmethod(Scenario.run_through, *arguments, **options)
+
 
 class Discovery(Scenario):
     DISPLAYS = ("screen", "screen", "screen2", "eink")
@@ -89,9 +99,7 @@ class Discovery(Scenario):
         until(lambda: self.tool.log().count("udpHB: E-Ink IP") == 2, 60, "the display found again")
         self.finish()
 
-    def test_each_device_is_found_with_loss(self):
-        self.begin(self.DISPLAYS, **LOSS, impaired="boat")
-        self.finish()
+    test_each_device_is_found_with_loss = through(DISPLAYS, **LOSS, impaired="boat")
 
 
 class DisplayUpdate(Scenario):
@@ -123,13 +131,8 @@ class DisplayUpdate(Scenario):
         self.tool.sees(rf".*{PREFIX}2[01].*", "check box", count=2)
         self.finish()
 
-    def test_with_loss(self):
-        self.begin(50_000, **LOSS)
-        self.finish()
-
-    def test_with_delay(self):
-        self.begin(500_000, **DELAY)
-        self.finish()
+    test_with_loss = through(50_000, **LOSS)
+    test_with_delay = through(500_000, **DELAY)
 
     def test_with_the_plug_pulled_in_the_middle(self):
         self.begin(6_000_000, self.SLOW)
@@ -160,14 +163,9 @@ class N6Page(Scenario):
         self.assertEqual(self.n6.count("stored"), 1)
         self.finish()
 
-    def test_update_and_restart(self):
-        self.update("--reboot=10")
-
-    def test_update_with_delay(self):
-        self.update(**DELAY)
-
-    def test_update_beside_a_second_n6(self):
-        self.update("--second-n6")
+    test_update_and_restart = functools.partialmethod(update, "--reboot=10")
+    test_update_with_delay = functools.partialmethod(update, **DELAY)
+    test_update_beside_a_second_n6 = functools.partialmethod(update, "--second-n6")
 
     def choose_next_mode(self, port):
         self.tool.sees("NMEA.*", "combo box", ENABLED, count=2)
@@ -204,13 +202,8 @@ class Backup(Scenario):
         self.assertFalse(self.part.exists())
         super().finish()
 
-    def test_backup(self):
-        self.begin()
-        self.finish()
-
-    def test_with_loss(self):
-        self.begin(**LOSS)
-        self.finish()
+    test_backup = through()
+    test_with_loss = through(**LOSS)
 
     def test_with_the_plug_pulled_in_the_middle(self):
         self.begin("--archive-padding=3000000", "--ftp-fault=n6=slow:500000")
@@ -224,15 +217,11 @@ class Backup(Scenario):
         with socket.create_server(("127.0.0.1", 0)) as proxy:
             proxy.setblocking(False)
             self.ENVIRONMENT = {variable: f"{scheme}://127.0.0.1:{proxy.getsockname()[1]}"}
-            self.begin()
-            self.finish()
+            self.run_through()
             self.assertRaises(BlockingIOError, proxy.accept)
 
-    def test_past_an_http_proxy(self):
-        self.past("http_proxy", "http")
-
-    def test_past_a_socks_proxy(self):
-        self.past("all_proxy", "socks5")
+    test_past_an_http_proxy = functools.partialmethod(past, "http_proxy", "http")
+    test_past_a_socks_proxy = functools.partialmethod(past, "all_proxy", "socks5")
 
 
 class Settings(Scenario):
@@ -248,11 +237,8 @@ class Settings(Scenario):
         self.n6.saw(f"n6 restore bytes=.* sha256={checksum(archive)}")
         self.finish()
 
-    def test_restore(self):
-        self.restore()
-
-    def test_restore_with_delay(self):
-        self.restore(**DELAY)
+    test_restore = functools.partialmethod(restore)
+    test_restore_with_delay = functools.partialmethod(restore, **DELAY)
 
     def test_factory_reset_beside_a_second_n6(self):
         """The two take turns as the server. The tool may not send to one of them what was meant for the other."""

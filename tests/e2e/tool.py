@@ -30,17 +30,9 @@ class Tool:
         transport = ["-listen", "tcp", "-nolisten", "unix", "-nolisten", "local"]
         number = self._first_line("Xvfb", "-displayfd", "1", "-screen", "0", "1280x800x24", *transport)
         self._display = display.Display(f"127.0.0.1:{number}")
-        environment = {
-            **os.environ,
-            **dict(environment),
-            "DISPLAY": f"127.0.0.1:{number}",
-            "HOME": str(folder),
-            "XDG_RUNTIME_DIR": str(folder),
-            "QT_QPA_PLATFORM": "xcb",
-            "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
-            "QT_FORCE_STDERR_LOGGING": "1",
-            "QT_LOGGING_RULES": "default.debug=true",
-        }
+        environment = dict(os.environ, **dict(environment), DISPLAY=f"127.0.0.1:{number}", HOME=str(folder), XDG_RUNTIME_DIR=str(folder))
+        environment.update(QT_QPA_PLATFORM="xcb", QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1")
+        environment.update(QT_FORCE_STDERR_LOGGING="1", QT_LOGGING_RULES="default.debug=true")
         session = self._first_line("dbus-daemon", "--session", "--nofork", "--print-address", env=environment)
         environment["DBUS_SESSION_BUS_ADDRESS"] = session
         # Asking starts the service, which a program that starts first would miss.
@@ -95,13 +87,9 @@ class Tool:
 
     def elements(self, name=".*", role=".*", state=SHOWING):
         """All that have this name, role and state and are on the screen."""
-        return [
-            element
-            for element in self._below(_ROOT)
-            if re.fullmatch(role, element.role)
-            and re.fullmatch(name, element.name, re.DOTALL)
-            and all(element.states >> bit & 1 for bit in (SHOWING, state))
-        ]
+        wanted = 1 << SHOWING | 1 << state
+        there = (each for each in self._below(_ROOT) if each.states & wanted == wanted)
+        return [each for each in there if re.fullmatch(role, each.role) and re.fullmatch(name, each.name, re.DOTALL)]
 
     def sees(self, name, role=".*", state=SHOWING, count=1, seconds=60):
         """The first of at least so many such elements, once they are there."""

@@ -1,6 +1,9 @@
 // The simulated boat as a process of a test, with what a test needs to talk about its files and addresses.
 #pragma once
 
+#include "tests/support/files.h"
+#include "tests/support/text.h"
+
 #include <QFile>
 #include <QHostAddress>
 #include <QProcess>
@@ -9,22 +12,10 @@
 
 #include <csignal>
 
-inline QString operator""_s(const char *text, std::size_t length)
-{
-    return QString::fromUtf8(text, static_cast<int>(length));
-}
-
 /// The address of the device with this host number, as the boat network has it.
 inline QHostAddress boatAddress(int host)
 {
     return QHostAddress(qEnvironmentVariable("KELVORA_BOAT_PREFIX", "127.0.0."_s) + QString::number(host));
-}
-
-/// Writes a file, and returns its name.
-inline QString write(const QString &name, const QByteArray &bytes)
-{
-    QFile file(name);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() ? name : QString();
 }
 
 class Boat

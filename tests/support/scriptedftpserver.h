@@ -60,8 +60,8 @@ public:
                                           {"RNFR", "350 To?\r\n"}};
     /// Asked first; true: it has dealt with the line.
     std::function<bool(const QByteArray &verb)> takeOver = [](const QByteArray &) { return false; };
-    /// Asked when a transfer may begin, after its go-ahead; true: it has dealt with it.
-    std::function<bool()> transferOver = [] { return false; };
+    /// Done instead of moving a file, after the go-ahead for it.
+    std::function<void()> onTheWay;
     /// How long it takes to confirm a transfer whose data has come to its end.
     int confirmAfterMs = 0;
     bool bytewise = false;
@@ -160,10 +160,12 @@ private:
         if (transfer.isEmpty() || !data || data->state() != QAbstractSocket::ConnectedState)
             return;
         reply("150 Go\r\n");
-        if (transferOver() || transfer == "STOR")
-            return;
-        data->write(transfer == "RETR" ? file : listing);
-        data->disconnectFromHost();
+        if (onTheWay) {
+            onTheWay();
+        } else if (transfer != "STOR") {
+            data->write(transfer == "RETR" ? file : listing);
+            data->disconnectFromHost();
+        }
     }
 
     // A child as all sockets are: these go when nothing is heard of them any more.
