@@ -26,7 +26,7 @@ namespace
 const QString backupComplete = "1 Backup download complete!"_s, backupUnable = "2 Backup download failed!"_s,
               backupFailed = "3 Backup download failed!"_s, backupUncreated = "3 Unable to create backup!"_s,
               restoreComplete = "1 Backup upload complete!"_s, restoreFailed = "3 Settings upload failed!"_s;
-constexpr int passiveMode = 2, n6Host = 10, otherHost = 11;
+constexpr int passiveMode = 2, n6Host = 10, otherHost = 11, displayHost = 20;
 // Milliseconds in which the page hears of an end that the system reports, and of one that it has to wait for.
 constexpr int soon = 8000, late = 60000;
 const char *const older = "an older backup";
@@ -109,13 +109,16 @@ struct Transfer {
     QString typed = "x"_s, saved = "x.tar.gz"_s;
 };
 
+enum When { Asked, Copied, Fetched }; // while the user is asked, after the first copy, in the transfer
+
 // What happens to a command, and what comes of it.
 struct Target {
     const char *name;
     QString action;
-    QByteArray heard; // the serial of an N6 at the other address
-    bool isLate;      // heard after the first command, not while the user is asked
+    QByteArray heard; // the serial of an N6 that is heard from the host
+    When when;
     QString sent, box;
+    int host = otherHost;
 };
 
 } // namespace
@@ -280,15 +283,18 @@ private slots:
         const QString reset = "factoryButton"_s, restore = "restoreButton"_s, backup = "backupButton"_s, none,
                       notice = "2 Factory Reset"_s;
         addRows<Target>({
-            {"a reset", reset, "", false, "10:0f 10:0f"_s, notice},
-            {"a reset, another N6 while asked", reset, "N6-2", false, none, notice},
-            {"a reset, another N6 between the copies", reset, "N6-2", true, "10:0f"_s, notice},
-            {"a restore, another N6 while asked", restore, "N6-2", false, none, restoreFailed},
-            {"a restore, another N6 on the way", restore, "N6-2", true, none, restoreFailed},
-            {"a backup, another N6 while asked", backup, "N6-2", false, none, backupFailed},
-            {"a backup, another N6 on the way", backup, "N6-2", true, "10:07"_s, backupComplete},
-            {"a backup, the N6 moves while asked", backup, "N6-1", false, "11:07 11:07"_s, backupComplete},
-            {"a backup, the N6 moves on the way", backup, "N6-1", true, "10:07"_s, backupComplete},
+            {"a reset", reset, "", Asked, "10:0f 10:0f"_s, notice},
+            {"a reset, another N6 while asked", reset, "N6-2", Asked, none, notice},
+            {"a reset, another N6 between the copies", reset, "N6-2", Copied, "10:0f"_s, notice},
+            {"a restore, another N6 while asked", restore, "N6-2", Asked, none, restoreFailed},
+            {"a restore, another N6 on the way", restore, "N6-2", Fetched, none, restoreFailed},
+            {"a backup, another N6 while asked", backup, "N6-2", Asked, none, backupFailed},
+            {"a backup, several servers while asked", backup, "several", Asked, none, backupFailed},
+            {"a backup, another N6 on the way", backup, "N6-2", Copied, "10:07"_s, backupComplete},
+            {"a backup, another N6 at its address", backup, "N6-2", Copied, "10:07"_s, backupFailed, n6Host},
+            {"a backup, the N6 moves while asked", backup, "N6-1", Asked, "11:07 11:07"_s, backupComplete},
+            {"a backup, the N6 moves before it", backup, "N6-1", Copied, "10:07"_s, backupComplete},
+            {"a backup, the N6 moves on the way", backup, "N6-1", Fetched, "10:07 10:07"_s, backupComplete},
         });
     }
 
@@ -301,19 +307,24 @@ private slots:
         other.file = moves ? gzip() : QByteArray("another N6's");
         Answers answers(row.action == "backupButton"_s ? folder->filePath("x"_s) : target);
         const auto hear = [&] {
-            speaker = otherHost;
+            if (row.heard == "several") {
+                client->processHeartbeat(HeartbeatBytes::screen(0x00, "S", true), boatAddress(displayHost));
+                QTRY_VERIFY(client->multipleServersDetected());
+                return;
+            }
+            speaker = row.host;
             serial = row.heard;
             heartbeat();
         };
         answers.answer = [&](QDialog *) {
-            if (!row.isLate && !row.heard.isEmpty())
+            if (row.when == Asked && !row.heard.isEmpty())
                 hear();
             return false;
         };
-        if (row.isLate) {
+        if (row.when == Copied)
             connect(commands.data(), &QUdpSocket::readyRead, this, hear);
+        if (row.when == Fetched)
             connect(&n6, &QTcpServer::newConnection, this, hear);
-        }
         click(row.action);
         QTRY_COMPARE_WITH_TIMEOUT(answers.boxes, QStringList(row.box), soon);
         waitForSecondCopies();
@@ -400,7 +411,7 @@ private slots:
         for (int length = 0; length < gzip().size(); ++length)
             QVERIFY(isMissing(gzip().left(length)));
         for (const QByteArray &whole :
-             {gzip(), gzip() + gzip(), gzip() + QByteArray(512, '\0'), QByteArray("plain")})
+             {gzip(), gzip() + gzip(), gzip() + '\0', gzip() + QByteArray(512, '\0'), QByteArray("plain")})
             QVERIFY(!isMissing(whole));
         QVERIFY(isMissing(gzip() + gzip().chopped(1)));
     }
