@@ -6,8 +6,8 @@ namespace
 {
 
 // Small enough for painting and input to notice nothing, also where a piece unpacks to a thousand times its
-// size.
-constexpr qint64 pieceBytes = qint64(64) * 1024;
+// size, which takes some 10 ms.
+constexpr qint64 pieceBytes = qint64(4) * 1024;
 
 } // namespace
 

@@ -42,6 +42,7 @@ MonitorUpdate::MonitorUpdate(udpHBClient *sharedClient, QString type, QWidget *p
     connect(abortButton, &QPushButton::clicked, this, &MonitorUpdate::abortMon);
     connect(abortButton, &QPushButton::clicked, this, &MonitorUpdate::abortMon);
     connect(client, &udpHBClient::listUpdated, this, &MonitorUpdate::followList);
+    connect(client, &udpHBClient::screenUpdated, this, &MonitorUpdate::followType);
     newMonitors();
 }
 
@@ -97,6 +98,14 @@ void MonitorUpdate::followList()
         newMonitors();
 }
 
+// A display of another type may have taken over an address, which the client does not report as a change of
+// its list. It must not get this page's packages.
+void MonitorUpdate::followType(const ScreenDevice &screen)
+{
+    if (shown.contains(screen.address) != (screen.type == deviceType))
+        followList();
+}
+
 // A row that looks like one built anew is kept: building is what costs when many displays appear. The client
 // adds displays at the end of its list, so the rows to be kept are in its order.
 void MonitorUpdate::newMonitors()
@@ -143,6 +152,7 @@ MonitorUpdateWidget *MonitorUpdate::addRow(const ScreenDevice &screen)
 {
     const int place = rows->count() - 1;
     auto *row = new MonitorUpdateWidget(&screen, rows->parentWidget());
+    shown += screen.address;
     row->setTicked(!refused.contains(screen.address));
     rows->insertWidget(place, row);
     // A row that is shown has the whole list laid out at once; the list does that by itself, once for all
@@ -171,6 +181,7 @@ MonitorUpdateWidget *MonitorUpdate::addRow(const ScreenDevice &screen)
 // signals is leading here from can go too, since it does nothing after it has emitted one.
 void MonitorUpdate::removeRow(int place)
 {
+    shown -= rowAt(place)->deviceAddress();
     const std::unique_ptr<QLayoutItem> item{rows->takeAt(place)};
     delete item->widget();
 }

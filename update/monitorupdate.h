@@ -53,6 +53,7 @@ private:
     void buildWidgets();
     void enter(State next);
     void followList();
+    void followType(const ScreenDevice &screen);
     void endChoice();
     MonitorUpdateWidget *rowAt(int place) const;
     bool isCurrent(const MonitorUpdateWidget *row, const ScreenDevice &screen) const;
@@ -67,6 +68,7 @@ private:
     QPushButton *abortButton;
     QVBoxLayout *rows = nullptr;
     QPointer<QFileDialog> fileDialog;
+    QSet<QHostAddress> shown; // the displays that have a row
     State state = State::Idle;
     int runningUpdates = 0;
     /// The displays in the client's list that the user does not want updated.

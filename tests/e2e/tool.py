@@ -32,6 +32,8 @@ class Tool:
         self._display = display.Display(f"127.0.0.1:{number}")
         environment = dict(os.environ, **dict(environment), DISPLAY=f"127.0.0.1:{number}", HOME=str(folder), XDG_RUNTIME_DIR=str(folder))
         environment.update(QT_QPA_PLATFORM="xcb", QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1")
+        # The display's drivers leak, which is no fault of the tool.
+        environment.update(QT_XCB_GL_INTEGRATION="none")
         environment.update(QT_FORCE_STDERR_LOGGING="1", QT_LOGGING_RULES="default.debug=true")
         session = self._first_line("dbus-daemon", "--session", "--nofork", "--print-address", env=environment)
         environment["DBUS_SESSION_BUS_ADDRESS"] = session
