@@ -198,8 +198,10 @@ private slots:
         Answers answers(folder->filePath(row.typed));
         answers.answer = [&](QDialog *shown) {
             // Asked whether to replace the older one, the user says no and then types another name.
-            if (shown->windowTitle() == "Save As"_s && qobject_cast<QMessageBox *>(shown) != nullptr)
-                answers.file = folder->filePath("new"_s), answers.boxes.clear();
+            if (shown->windowTitle() == "Save As"_s && qobject_cast<QMessageBox *>(shown) != nullptr) {
+                answers.file = folder->filePath("new"_s);
+                answers.boxes.clear();
+            }
             // The folder's name holds a tag; no title is cut off.
             if (auto *text = shown->findChild<QLabel *>("qt_msgbox_label"_s)) {
                 const int title = shown->fontMetrics().horizontalAdvance(shown->windowTitle());
