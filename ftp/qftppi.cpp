@@ -395,10 +395,12 @@ void QFtpPI::interpret(const FtpReply &reply)
 {
     if (isAborting())
         return;
-    if (reply.code == codePassive) {
+    // Behind the last line nothing is left that a new data connection could be for.
+    const bool mayOpenData = !pendingCommands.isEmpty();
+    if (reply.code == codePassive && mayOpenData) {
         if (const std::optional<PassiveEndpoint> server = passiveEndpoint(reply.text))
             openDataConnection(server->host, server->port);
-    } else if (reply.code == codeExtendedPassive) {
+    } else if (reply.code == codeExtendedPassive && mayOpenData) {
         if (const std::optional<quint16> port = extendedPassivePort(reply.text))
             openDataConnection(commandSocket->peerAddress().toString(), *port);
     } else if (reply.code == codeLoggedIn) {
