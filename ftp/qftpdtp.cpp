@@ -219,6 +219,7 @@ void QFtpDTP::writeData()
 void QFtpDTP::countSent(qint64 bytes)
 {
     bytesDone += bytes;
+    emit bytesMoved();
     emit dataTransferProgress(bytesDone, bytesTotal);
 }
 
@@ -254,6 +255,7 @@ void QFtpDTP::socketReadyRead()
 {
     if (!isOpen())
         return;
+    emit bytesMoved();
     switch (kind) {
     case Transfer::Listing:
         readListing();

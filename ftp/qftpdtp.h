@@ -97,6 +97,8 @@ signals:
     void readyRead();
     void dataTransferProgress(qint64 done, qint64 total);
     void connectState(int connectState);
+    /// The transfer has gone on, before anyone is told how far.
+    void bytesMoved();
     /// The transfer cannot go on for a reason on this side, which errorMessage() tells.
     void failed();
 

@@ -25,6 +25,9 @@ constexpr int dataConnectionTimeoutMs = 15000;
 // do.
 constexpr int replyTimeoutMs = 5000;
 
+// For the next byte of a transfer that the server already calls complete.
+constexpr int standstillTimeoutMs = 30000;
+
 constexpr int codeSuperfluous = 202;
 constexpr int codeFileStatus = 213;
 constexpr int codeNoTransfer = 225;
@@ -68,6 +71,7 @@ QFtpPI::QFtpPI(QObject *parent) : QObject(parent), dtp(this, &events)
     makeCommandSocket();
     patience.setSingleShot(true);
     connect(&patience, &QTimer::timeout, this, [this] { events.post(this, [this] { patienceEnded(); }); });
+    connect(&dtp, &QFtpDTP::bytesMoved, this, [this] { renewPatience(); });
     connect(&dtp, &QFtpDTP::connectState, this, &QFtpPI::dtpConnectState);
     connect(&dtp, &QFtpDTP::failed, this, &QFtpPI::abort);
     connect(&dtp, &QFtpDTP::readyRead, this, &QFtpPI::dataArrived);
@@ -162,10 +166,16 @@ void QFtpPI::clearPendingCommands()
     changeState(isConnected() ? State::Idle : State::Unconnected);
 }
 
-// Waiting -> AbortingLine; Idle, OpeningData, DrainingData -> AbortingBetweenLines. A command that has
-// nothing left to do ends by itself.
+// Waiting -> AbortingLine; Idle, OpeningData, DrainingData -> AbortingBetweenLines. Connecting, Begin and an
+// Idle that has nothing left to do stay, and end by themselves; a DrainingData without control connection is
+// given up.
 void QFtpPI::abort()
 {
+    if (state == State::DrainingData && !isConnected()) {
+        dtp.abandon();
+        events.post(this, [this] { giveUpDraining(abortReason()); });
+        return;
+    }
     if (isAborting() || !commandSocket->isOpen() ||
         commandSocket->state() == QAbstractSocket::UnconnectedState)
         return;
@@ -187,6 +197,11 @@ void QFtpPI::abort()
     // To a server, the end of the data would be the end of the file.
     dtp.abandon();
     patience.start(dtp.isOpen() ? Farewell::longestWaitMs : replyTimeoutMs);
+}
+
+QString QFtpPI::abortReason() const
+{
+    return dtp.hasError() ? dtp.errorMessage() : abortedText();
 }
 
 void QFtpPI::prepareUpload(const QByteArray &bytes)
@@ -334,6 +349,7 @@ void QFtpPI::handleAnswer(const FtpReply &reply)
     if (mustAwaitData(reply)) {
         heldReply = reply;
         changeState(State::DrainingData);
+        patience.start(standstillTimeoutMs);
     } else {
         takeAnswer(reply);
     }
@@ -364,7 +380,7 @@ void QFtpPI::handleAnswerToAbort(const FtpReply &reply)
     if (answersLine && reply.code != codeNoTransfer)
         ++repliesToSkip;
     const bool isCutOff = !answersLine || !pendingCommands.isEmpty() || !dtp.shortfall().isNull();
-    const QString ownReason = dtp.hasError() ? dtp.errorMessage() : abortedText();
+    const QString ownReason = abortReason();
     pendingCommands.clear();
     changeState(State::Idle);
     if (isFailure(reply) || isCutOff) {
@@ -544,8 +560,17 @@ void QFtpPI::refuseDataConnection()
     reportFailure(QFtp::ConnectionRefused, refusedDataText());
 }
 
+void QFtpPI::renewPatience()
+{
+    if (state == State::DrainingData)
+        patience.start(standstillTimeoutMs);
+}
+
 void QFtpPI::patienceEnded()
 {
+    // The event had to wait for a slot, and what it was about has gone on meanwhile.
+    if (patience.isActive())
+        return;
     if (state == State::OpeningData) {
         dtp.abortConnection();
         refuseDataConnection();
@@ -553,11 +578,13 @@ void QFtpPI::patienceEnded()
         dtp.abortConnection();
         patience.start(replyTimeoutMs);
     } else if (isAborting()) {
-        giveUp(QFtp::UnknownError, dtp.hasError() ? dtp.errorMessage() : abortedText());
+        giveUp(QFtp::UnknownError, abortReason());
     } else if (state == State::Waiting && dtp.isAwaitingServer()) {
         giveUp(QFtp::ConnectionRefused, refusedDataText());
     } else if (state == State::Waiting && dtp.isUploadCut()) {
         giveUp(QFtp::UnknownError, dtp.shortfall());
+    } else {
+        giveUpDraining(tr("The data connection timed out"));
     }
 }
 
@@ -565,9 +592,28 @@ void QFtpPI::patienceEnded()
 void QFtpPI::giveUp(int code, const QString &text)
 {
     repliesToSkip += state == State::AbortingLine ? 2 : 1;
+    endWithError(code, text);
+}
+
+// DrainingData -> Idle, Unconnected; any other stays. The line's reply is there, and replies may have come
+// behind it.
+void QFtpPI::giveUpDraining(const QString &text)
+{
+    const QPointer<QFtpPI> self = this;
+    if (state != State::DrainingData)
+        return;
+    endWithError(QFtp::UnknownError, text);
+    if (self)
+        readReplies();
+}
+
+// Any -> Idle, Unconnected
+void QFtpPI::endWithError(int code, const QString &text)
+{
     pendingCommands.clear();
     currentCmd.clear();
+    heldReply.reset();
     dtp.abortConnection();
-    changeState(State::Idle);
+    changeState(isConnected() ? State::Idle : State::Unconnected);
     emit error(code, text);
 }

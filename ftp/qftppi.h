@@ -121,8 +121,12 @@ private:
     void openDataConnection(const QString &host, quint16 port);
     void refuseDataConnection();
     void dataConnectionClosed();
+    void renewPatience();
     void patienceEnded();
     void giveUp(int code, const QString &text);
+    void giveUpDraining(const QString &text);
+    void endWithError(int code, const QString &text);
+    QString abortReason() const;
 
     // Comes first, for all below are connected through it.
     SessionEvents events;
