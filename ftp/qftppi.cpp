@@ -387,9 +387,13 @@ void QFtpPI::handleAnswerToAbort(const FtpReply &reply)
         // Whatever the line was, its command is over.
         currentCmd.clear();
         emit error(QFtp::UnknownError, isFailure(reply) && !dtp.hasError() ? reply.text : ownReason);
-    } else {
-        advance(reply.text);
+        return;
     }
+    // The abort came too late for the log-in.
+    if (reply.code == codeLoggedIn && !rawCommand)
+        emit connectState(QFtp::LoggedIn);
+    if (self && state == State::Idle)
+        advance(reply.text);
 }
 
 // Waiting -> Waiting, Idle, OpeningData; or what abort() in a slot has made of it
