@@ -71,13 +71,18 @@ QString QFtpDTP::sourceFailure()
     return tr("The file to upload cannot be read");
 }
 
-QString QFtpDTP::shortfall() const
+bool QFtpDTP::isAllSent() const
 {
     // A stream has no end that could be missed, but what was never connected has taken none of it.
-    const bool isLenient = !device.isNull() && device->isSequential() && pump && pump->hasStarted();
+    const bool isStream = !device.isNull() && device->isSequential();
+    return pump && (pump->hasSentAll() || (isStream && pump->hasStarted()));
+}
+
+QString QFtpDTP::shortfall() const
+{
     if (kind == Transfer::Abandoned)
         return tr("Aborted");
-    if (kind == Transfer::Upload && !isLenient && !(pump && pump->hasSentAll()))
+    if (kind == Transfer::Upload && !isAllSent())
         return tr("The data connection ended before all of the file was sent");
     const bool isDownload = kind == Transfer::Download || kind == Transfer::ReadByCaller;
     if (isDownload && bytesDone + bytesAvailable() < bytesTotal)
@@ -188,9 +193,9 @@ QAbstractSocket::SocketState QFtpDTP::state() const
     return socket ? socket->state() : QAbstractSocket::UnconnectedState;
 }
 
-bool QFtpDTP::isUploadCut() const
+bool QFtpDTP::isCutShort() const
 {
-    return kind == Transfer::Upload && connection == Connection::Closed && !(pump && pump->hasSentAll());
+    return connection == Connection::Closed && !shortfall().isNull();
 }
 
 std::unique_ptr<QTcpSocket> QFtpDTP::takeSocket()

@@ -499,7 +499,7 @@ void QFtpPI::sendNextLine()
     changeState(State::Waiting);
     if (pendingCommands.isEmpty() && dtp.isAwaitingServer())
         patience.start(dataConnectionTimeoutMs);
-    else if (dtp.isUploadCut())
+    else if (dtp.isCutShort())
         patience.start(replyTimeoutMs);
     if (isConnected())
         commandSocket->write(currentCmd.toLatin1());
@@ -551,7 +551,7 @@ void QFtpPI::dataConnectionClosed()
         takeAnswer(*std::exchange(heldReply, std::nullopt));
         if (self)
             readReplies();
-    } else if (isAborting() || dtp.isUploadCut()) {
+    } else if (isAborting() || dtp.isCutShort()) {
         // Not for ever: the server has nothing else to do.
         patience.start(replyTimeoutMs);
     }
@@ -585,7 +585,7 @@ void QFtpPI::patienceEnded()
         giveUp(QFtp::UnknownError, abortReason());
     } else if (state == State::Waiting && dtp.isAwaitingServer()) {
         giveUp(QFtp::ConnectionRefused, refusedDataText());
-    } else if (state == State::Waiting && dtp.isUploadCut()) {
+    } else if (state == State::Waiting && dtp.isCutShort()) {
         giveUp(QFtp::UnknownError, dtp.shortfall());
     } else {
         giveUpDraining(tr("The data connection timed out"));
