@@ -338,8 +338,9 @@ void QFtpPI::handleGreeting(const FtpReply &reply)
         changeState(State::Idle);
         emit finished(tr("Connected to host %1").arg(hostName));
     } else if (isFailure(reply)) {
-        // The server may leave it to this side to end it.
-        commandSocket->disconnectFromHost();
+        // The server may leave it to this side to end it. Whatever it says behind the refusal is not read.
+        replies.clear();
+        commandSocket->close();
     }
 }
 
