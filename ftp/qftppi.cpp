@@ -544,12 +544,15 @@ void QFtpPI::dtpConnectState(int dataState)
     }
 }
 
-// DrainingData -> Idle
+// DrainingData -> what takeAnswer() makes of it, and Unconnected instead of Idle when the control connection
+// is gone. Any other stays.
 void QFtpPI::dataConnectionClosed()
 {
     const QPointer<QFtpPI> self = this;
     if (heldReply) {
         takeAnswer(*std::exchange(heldReply, std::nullopt));
+        if (self && state == State::Idle && !isConnected())
+            changeState(State::Unconnected);
         if (self)
             readReplies();
     } else if (isAborting() || dtp.isCutShort()) {
