@@ -230,11 +230,12 @@ void QFtpDTP::countSent(qint64 bytes)
 
 void QFtpDTP::finishUpload()
 {
-    const QPointer<QTcpSocket> finished = socket.get();
+    const QPointer<QFtpDTP> self = this;
     if (bytesDone == 0)
         emit dataTransferProgress(0, bytesTotal);
-    if (finished)
-        finished->close();
+    // An abort in a slot leaves the connection open until the server has answered it.
+    if (self && kind == Transfer::Upload)
+        socket->close();
 }
 
 void QFtpDTP::fail(const QString &reason)
