@@ -59,6 +59,12 @@ public:
     /// Whether EPSV and EPRT may be tried.
     void setTransferConnectionExtended(bool extended) { transferConnectionExtended = extended; }
 
+    /// Has the handler called as an event of this session, for all from which signals reach the caller.
+    template <typename Handler> void post(QObject *context, Handler handler)
+    {
+        events.post(context, handler);
+    }
+
     // What the next lines transfer, to be said before they are sent.
 
     void prepareUpload(const QByteArray &bytes);
