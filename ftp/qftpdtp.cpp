@@ -215,6 +215,10 @@ void QFtpDTP::writeData()
     connect(pump.get(), &UploadPump::sent, this, &QFtpDTP::countSent);
     connect(pump.get(), &UploadPump::sentAll, this, &QFtpDTP::finishUpload);
     connect(pump.get(), &UploadPump::sourceFailed, this, [this] { fail(sourceFailure()); });
+    // A stream that has paused goes on, or has come to its end.
+    events->connectQueued(device.data(), &QIODevice::readyRead, pump.get(), [this] { dataReadyRead(); });
+    events->connectQueued(device.data(), &QIODevice::readChannelFinished, pump.get(),
+                          [this] { dataReadyRead(); });
     // An unbuffered socket leaves it to its owner to end a broken connection.
     connect(pump.get(), &UploadPump::refused, this, [this] { socket->abort(); });
     if (connection == Connection::Open)
@@ -294,7 +298,7 @@ void QFtpDTP::readListing()
 {
     const QPointer<QFtpDTP> self = this;
     listing.append(socket->read(socket->bytesAvailable()));
-    // Not after an abort.
+    // An abort in a slot makes it another kind: the lines that are left are not told any more.
     while (kind == Transfer::Listing) {
         const std::optional<QByteArray> line = listing.takeLine();
         if (!line)
