@@ -367,7 +367,7 @@ QFtp::Start QFtp::sendLines()
         reason = prepareTransfer();
     else if (command == Close)
         _q_piConnectState(Closing);
-    // Both may have called a slot that has aborted the command or deleted all.
+    // Either may have called a slot that has aborted the command or deleted the client.
     if (!self)
         return Start::Deleted;
     if (d->pending.front().stage == Request::Stage::Aborted)

@@ -117,6 +117,7 @@ bool QFtpPI::isConnected() const
     return commandSocket->state() == QAbstractSocket::ConnectedState;
 }
 
+// Any -> Connecting
 void QFtpPI::connectToHost(const QString &host, quint16 port)
 {
     const QPointer<QFtpPI> self = this;
@@ -289,6 +290,7 @@ void QFtpPI::error(QAbstractSocket::SocketError socketError)
         reportUnreachable(QFtp::ConnectionRefused, tr("Connection timed out to host %1").arg(hostName));
 }
 
+// Connecting, Begin -> Unconnected
 void QFtpPI::reportUnreachable(int code, const QString &text)
 {
     const QPointer<QFtpPI> self = this;
@@ -316,6 +318,8 @@ void QFtpPI::readReplies()
     }
 }
 
+// Begin, Waiting, AbortingLine, AbortingBetweenLines -> what the handler of each makes of it. Any other
+// stays: nobody waits for the reply.
 void QFtpPI::handleReply(const FtpReply &reply)
 {
     if (state == State::Begin) {
@@ -328,7 +332,6 @@ void QFtpPI::handleReply(const FtpReply &reply)
     } else if (isAborting()) {
         handleAnswerToAbort(reply);
     }
-    // Any other was not asked for.
 }
 
 // Begin -> Begin, Idle
@@ -397,7 +400,7 @@ void QFtpPI::handleAnswerToAbort(const FtpReply &reply)
         advance(reply.text);
 }
 
-// Waiting -> Waiting, Idle, OpeningData; or what abort() in a slot has made of it
+// Waiting, DrainingData -> Waiting, Idle, OpeningData; or what abort() in a slot has made of it
 void QFtpPI::takeAnswer(const FtpReply &reply)
 {
     const QPointer<QFtpPI> self = this;
@@ -412,6 +415,8 @@ void QFtpPI::takeAnswer(const FtpReply &reply)
         conclude(reply);
 }
 
+// Idle -> Idle, OpeningData; Waiting, for a 1yz, stays, and so does what abort() in a slot has made of
+// either.
 void QFtpPI::interpret(const FtpReply &reply)
 {
     if (isAborting())
@@ -468,7 +473,7 @@ bool QFtpPI::fallBack()
     return true;
 }
 
-// The command goes on unless whoever hears of the failure ends it.
+// Idle -> Idle, Waiting. The command goes on unless whoever hears of the failure ends it.
 void QFtpPI::reportFailure(int code, const QString &text)
 {
     const QPointer<QFtpPI> self = this;
@@ -478,6 +483,8 @@ void QFtpPI::reportFailure(int code, const QString &text)
         advance(QString());
 }
 
+// Idle -> Waiting with the next line; Idle, at the end of the command, stays, and finished() may start
+// another.
 void QFtpPI::advance(const QString &text)
 {
     if (!pendingCommands.isEmpty()) {
@@ -489,7 +496,7 @@ void QFtpPI::advance(const QString &text)
     emit finished(text);
 }
 
-// Idle -> Waiting
+// Idle -> Waiting; it stays Idle, with an error, when the data connection's line cannot be completed.
 void QFtpPI::sendNextLine()
 {
     currentCmd = pendingCommands.takeFirst();
@@ -532,6 +539,7 @@ void QFtpPI::openDataConnection(const QString &host, quint16 port)
     dtp.connectToHost(host, port);
 }
 
+// OpeningData -> Idle, Waiting; DrainingData as by dataConnectionClosed(). Any other stays.
 void QFtpPI::dtpConnectState(int dataState)
 {
     if (dataState == QFtpDTP::CsClosed) {
@@ -561,7 +569,7 @@ void QFtpPI::dataConnectionClosed()
     }
 }
 
-// OpeningData, Idle -> Idle
+// OpeningData, Idle -> Idle, Waiting
 void QFtpPI::refuseDataConnection()
 {
     changeState(State::Idle);
@@ -574,6 +582,8 @@ void QFtpPI::renewPatience()
         patience.start(standstillTimeoutMs);
 }
 
+// OpeningData, Waiting, AbortingLine, AbortingBetweenLines, DrainingData -> Idle; an abort whose data
+// connection is still open stays, and waits once more for the reply.
 void QFtpPI::patienceEnded()
 {
     // The event had to wait for a slot, and what it was about has gone on meanwhile.

@@ -45,6 +45,7 @@ public:
     /// Sends the lines, each with its "\r\n", one after the other; finished() or error() follows. False while
     /// the lines of an earlier call are still waiting.
     bool sendCommands(const QStringList &lines);
+    /// The same for one line; part of the interface, though the queue always sends lists.
     bool sendCommand(const QString &line) { return sendCommands({line}); }
     /// Ends the command that runs, without a signal: its lines and its data connection.
     void clearPendingCommands();
@@ -60,7 +61,8 @@ public:
     void setTransferConnectionExtended(bool extended) { transferConnectionExtended = extended; }
 
     /// Has the handler called as an event of this session, for all from which signals reach the caller.
-    template <typename Handler> void post(QObject *context, Handler handler)
+    template <typename Handler>
+    void post(QObject *context, Handler handler)
     {
         events.post(context, handler);
     }
@@ -97,6 +99,7 @@ private slots:
     void hostFound();
     void connected();
     void connectionClosed();
+    /// Part of the interface; nothing calls it, as no close is delayed here.
     void delayedCloseFinished();
     void readyRead();
     void error(QAbstractSocket::SocketError socketError);
