@@ -6,7 +6,6 @@
 #include <QIODevice>
 #include <QPointer>
 #include <QStringList>
-#include <QTimer>
 
 #include <atomic>
 #include <deque>
@@ -231,7 +230,7 @@ int QFtp::enqueue(Request request)
     d->pending.push_back(std::move(request));
     // The caller has to know the id before commandStarted() tells it.
     if (d->pending.size() == 1)
-        QTimer::singleShot(0, this, &QFtp::_q_startNextCommand);
+        d->pi->post(this, [this] { _q_startNextCommand(); });
     return id;
 }
 
@@ -368,7 +367,7 @@ QFtp::Start QFtp::sendLines()
         reason = prepareTransfer();
     else if (command == Close)
         _q_piConnectState(Closing);
-    // Both may have called a slot that has aborted the command or deleted all.
+    // Either may have called a slot that has aborted the command or deleted the client.
     if (!self)
         return Start::Deleted;
     if (d->pending.front().stage == Request::Stage::Aborted)

@@ -2,7 +2,8 @@
 // commands run strictly one after another, and signals tell how they fare. Whoever creates it owns it. A slot
 // of one of its signals may delete it, and may run an event loop: the session then stands still until the
 // slot returns. When the control connection is lost in the middle of a command, only stateChanged() tells of
-// it: the object is finished and has to be deleted.
+// it: the object is finished and has to be deleted. Not so where the command's last reply was there and only
+// data was awaited: it still ends. docs/ftp.md tells the rest.
 #pragma once
 
 #include "ftp/qurlinfo.h"
@@ -115,7 +116,7 @@ signals:
 
 public slots:
     /// Drops the waiting commands and asks the server to give up the current one, which ends as failed unless
-    /// it was done already. Nothing without a command.
+    /// it was done already. A connectToHost() goes on. Nothing without a command.
     void abort();
 
 private slots:

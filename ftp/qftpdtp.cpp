@@ -71,13 +71,18 @@ QString QFtpDTP::sourceFailure()
     return tr("The file to upload cannot be read");
 }
 
-QString QFtpDTP::shortfall() const
+bool QFtpDTP::isAllSent() const
 {
     // A stream has no end that could be missed, but what was never connected has taken none of it.
-    const bool isLenient = !device.isNull() && device->isSequential() && pump && pump->hasStarted();
+    const bool isStream = !device.isNull() && device->isSequential();
+    return pump && (pump->hasSentAll() || (isStream && pump->hasStarted()));
+}
+
+QString QFtpDTP::shortfall() const
+{
     if (kind == Transfer::Abandoned)
         return tr("Aborted");
-    if (kind == Transfer::Upload && !isLenient && !(pump && pump->hasSentAll()))
+    if (kind == Transfer::Upload && !isAllSent())
         return tr("The data connection ended before all of the file was sent");
     const bool isDownload = kind == Transfer::Download || kind == Transfer::ReadByCaller;
     if (isDownload && bytesDone + bytesAvailable() < bytesTotal)
@@ -188,9 +193,9 @@ QAbstractSocket::SocketState QFtpDTP::state() const
     return socket ? socket->state() : QAbstractSocket::UnconnectedState;
 }
 
-bool QFtpDTP::isUploadCut() const
+bool QFtpDTP::isCutShort() const
 {
-    return kind == Transfer::Upload && connection == Connection::Closed && !(pump && pump->hasSentAll());
+    return connection == Connection::Closed && !shortfall().isNull();
 }
 
 std::unique_ptr<QTcpSocket> QFtpDTP::takeSocket()
@@ -210,6 +215,10 @@ void QFtpDTP::writeData()
     connect(pump.get(), &UploadPump::sent, this, &QFtpDTP::countSent);
     connect(pump.get(), &UploadPump::sentAll, this, &QFtpDTP::finishUpload);
     connect(pump.get(), &UploadPump::sourceFailed, this, [this] { fail(sourceFailure()); });
+    // A stream that has paused goes on, or has come to its end.
+    events->connectQueued(device.data(), &QIODevice::readyRead, pump.get(), [this] { dataReadyRead(); });
+    events->connectQueued(device.data(), &QIODevice::readChannelFinished, pump.get(),
+                          [this] { dataReadyRead(); });
     // An unbuffered socket leaves it to its owner to end a broken connection.
     connect(pump.get(), &UploadPump::refused, this, [this] { socket->abort(); });
     if (connection == Connection::Open)
@@ -219,16 +228,18 @@ void QFtpDTP::writeData()
 void QFtpDTP::countSent(qint64 bytes)
 {
     bytesDone += bytes;
+    emit bytesMoved();
     emit dataTransferProgress(bytesDone, bytesTotal);
 }
 
 void QFtpDTP::finishUpload()
 {
-    const QPointer<QTcpSocket> finished = socket.get();
+    const QPointer<QFtpDTP> self = this;
     if (bytesDone == 0)
         emit dataTransferProgress(0, bytesTotal);
-    if (finished)
-        finished->close();
+    // An abort in a slot leaves the connection open until the server has answered it.
+    if (self && kind == Transfer::Upload)
+        socket->close();
 }
 
 void QFtpDTP::fail(const QString &reason)
@@ -254,6 +265,7 @@ void QFtpDTP::socketReadyRead()
 {
     if (!isOpen())
         return;
+    emit bytesMoved();
     switch (kind) {
     case Transfer::Listing:
         readListing();
@@ -286,7 +298,7 @@ void QFtpDTP::readListing()
 {
     const QPointer<QFtpDTP> self = this;
     listing.append(socket->read(socket->bytesAvailable()));
-    // Not after an abort.
+    // An abort in a slot makes it another kind: the lines that are left are not told any more.
     while (kind == Transfer::Listing) {
         const std::optional<QByteArray> line = listing.takeLine();
         if (!line)

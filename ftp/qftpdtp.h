@@ -80,8 +80,8 @@ public:
     /// is not.
     bool isBusy() const { return isOpen() && (kind != Transfer::Upload || pump); }
     bool isAwaitingServer() const { return connection == Connection::Listening; }
-    /// The other side has ended the connection before all of the upload had left.
-    bool isUploadCut() const;
+    /// The other side has ended the connection too early, as shortfall() tells.
+    bool isCutShort() const;
     /// Leaves the socket to the caller.
     std::unique_ptr<QTcpSocket> takeSocket();
 
@@ -97,6 +97,8 @@ signals:
     void readyRead();
     void dataTransferProgress(qint64 done, qint64 total);
     void connectState(int connectState);
+    /// The transfer has gone on, before anyone is told how far.
+    void bytesMoved();
     /// The transfer cannot go on for a reason on this side, which errorMessage() tells.
     void failed();
 
@@ -113,6 +115,7 @@ private:
     enum class Connection { None, Listening, Connecting, Open, Closed };
 
     static QString sourceFailure();
+    bool isAllSent() const;
     void forgetDevice();
     void useSocket(QTcpSocket *next, const QString &name);
     void countSent(qint64 bytes);

@@ -25,6 +25,9 @@ constexpr int dataConnectionTimeoutMs = 15000;
 // do.
 constexpr int replyTimeoutMs = 5000;
 
+// For the next byte of a transfer that the server already calls complete.
+constexpr int standstillTimeoutMs = 30000;
+
 constexpr int codeSuperfluous = 202;
 constexpr int codeFileStatus = 213;
 constexpr int codeNoTransfer = 225;
@@ -68,6 +71,7 @@ QFtpPI::QFtpPI(QObject *parent) : QObject(parent), dtp(this, &events)
     makeCommandSocket();
     patience.setSingleShot(true);
     connect(&patience, &QTimer::timeout, this, [this] { events.post(this, [this] { patienceEnded(); }); });
+    connect(&dtp, &QFtpDTP::bytesMoved, this, [this] { renewPatience(); });
     connect(&dtp, &QFtpDTP::connectState, this, &QFtpPI::dtpConnectState);
     connect(&dtp, &QFtpDTP::failed, this, &QFtpPI::abort);
     connect(&dtp, &QFtpDTP::readyRead, this, &QFtpPI::dataArrived);
@@ -113,6 +117,7 @@ bool QFtpPI::isConnected() const
     return commandSocket->state() == QAbstractSocket::ConnectedState;
 }
 
+// Any -> Connecting
 void QFtpPI::connectToHost(const QString &host, quint16 port)
 {
     const QPointer<QFtpPI> self = this;
@@ -162,10 +167,16 @@ void QFtpPI::clearPendingCommands()
     changeState(isConnected() ? State::Idle : State::Unconnected);
 }
 
-// Waiting -> AbortingLine; Idle, OpeningData, DrainingData -> AbortingBetweenLines. A command that has
-// nothing left to do ends by itself.
+// Waiting -> AbortingLine; Idle, OpeningData, DrainingData -> AbortingBetweenLines. Connecting, Begin and an
+// Idle that has nothing left to do stay, and end by themselves; a DrainingData without control connection is
+// given up.
 void QFtpPI::abort()
 {
+    if (state == State::DrainingData && !isConnected()) {
+        dtp.abandon();
+        events.post(this, [this] { giveUpDraining(abortReason()); });
+        return;
+    }
     if (isAborting() || !commandSocket->isOpen() ||
         commandSocket->state() == QAbstractSocket::UnconnectedState)
         return;
@@ -187,6 +198,11 @@ void QFtpPI::abort()
     // To a server, the end of the data would be the end of the file.
     dtp.abandon();
     patience.start(dtp.isOpen() ? Farewell::longestWaitMs : replyTimeoutMs);
+}
+
+QString QFtpPI::abortReason() const
+{
+    return dtp.hasError() ? dtp.errorMessage() : abortedText();
 }
 
 void QFtpPI::prepareUpload(const QByteArray &bytes)
@@ -274,6 +290,7 @@ void QFtpPI::error(QAbstractSocket::SocketError socketError)
         reportUnreachable(QFtp::ConnectionRefused, tr("Connection timed out to host %1").arg(hostName));
 }
 
+// Connecting, Begin -> Unconnected
 void QFtpPI::reportUnreachable(int code, const QString &text)
 {
     const QPointer<QFtpPI> self = this;
@@ -301,6 +318,8 @@ void QFtpPI::readReplies()
     }
 }
 
+// Begin, Waiting, AbortingLine, AbortingBetweenLines -> what the handler of each makes of it. Any other
+// stays: nobody waits for the reply.
 void QFtpPI::handleReply(const FtpReply &reply)
 {
     if (state == State::Begin) {
@@ -313,7 +332,6 @@ void QFtpPI::handleReply(const FtpReply &reply)
     } else if (isAborting()) {
         handleAnswerToAbort(reply);
     }
-    // Any other was not asked for.
 }
 
 // Begin -> Begin, Idle
@@ -323,8 +341,9 @@ void QFtpPI::handleGreeting(const FtpReply &reply)
         changeState(State::Idle);
         emit finished(tr("Connected to host %1").arg(hostName));
     } else if (isFailure(reply)) {
-        // The server may leave it to this side to end it.
-        commandSocket->disconnectFromHost();
+        // The server may leave it to this side to end it. Whatever it says behind the refusal is not read.
+        replies.clear();
+        commandSocket->close();
     }
 }
 
@@ -334,6 +353,7 @@ void QFtpPI::handleAnswer(const FtpReply &reply)
     if (mustAwaitData(reply)) {
         heldReply = reply;
         changeState(State::DrainingData);
+        patience.start(standstillTimeoutMs);
     } else {
         takeAnswer(reply);
     }
@@ -364,19 +384,23 @@ void QFtpPI::handleAnswerToAbort(const FtpReply &reply)
     if (answersLine && reply.code != codeNoTransfer)
         ++repliesToSkip;
     const bool isCutOff = !answersLine || !pendingCommands.isEmpty() || !dtp.shortfall().isNull();
-    const QString ownReason = dtp.hasError() ? dtp.errorMessage() : abortedText();
+    const QString ownReason = abortReason();
     pendingCommands.clear();
     changeState(State::Idle);
     if (isFailure(reply) || isCutOff) {
         // Whatever the line was, its command is over.
         currentCmd.clear();
         emit error(QFtp::UnknownError, isFailure(reply) && !dtp.hasError() ? reply.text : ownReason);
-    } else {
-        advance(reply.text);
+        return;
     }
+    // The abort came too late for the log-in.
+    if (reply.code == codeLoggedIn && !rawCommand)
+        emit connectState(QFtp::LoggedIn);
+    if (self && state == State::Idle)
+        advance(reply.text);
 }
 
-// Waiting -> Waiting, Idle, OpeningData; or what abort() in a slot has made of it
+// Waiting, DrainingData -> Waiting, Idle, OpeningData; or what abort() in a slot has made of it
 void QFtpPI::takeAnswer(const FtpReply &reply)
 {
     const QPointer<QFtpPI> self = this;
@@ -391,14 +415,18 @@ void QFtpPI::takeAnswer(const FtpReply &reply)
         conclude(reply);
 }
 
+// Idle -> Idle, OpeningData; Waiting, for a 1yz, stays, and so does what abort() in a slot has made of
+// either.
 void QFtpPI::interpret(const FtpReply &reply)
 {
     if (isAborting())
         return;
-    if (reply.code == codePassive) {
+    // Behind the last line nothing is left that a new data connection could be for.
+    const bool mayOpenData = !pendingCommands.isEmpty();
+    if (reply.code == codePassive && mayOpenData) {
         if (const std::optional<PassiveEndpoint> server = passiveEndpoint(reply.text))
             openDataConnection(server->host, server->port);
-    } else if (reply.code == codeExtendedPassive) {
+    } else if (reply.code == codeExtendedPassive && mayOpenData) {
         if (const std::optional<quint16> port = extendedPassivePort(reply.text))
             openDataConnection(commandSocket->peerAddress().toString(), *port);
     } else if (reply.code == codeLoggedIn) {
@@ -445,7 +473,7 @@ bool QFtpPI::fallBack()
     return true;
 }
 
-// The command goes on unless whoever hears of the failure ends it.
+// Idle -> Idle, Waiting. The command goes on unless whoever hears of the failure ends it.
 void QFtpPI::reportFailure(int code, const QString &text)
 {
     const QPointer<QFtpPI> self = this;
@@ -455,6 +483,8 @@ void QFtpPI::reportFailure(int code, const QString &text)
         advance(QString());
 }
 
+// Idle -> Waiting with the next line; Idle, at the end of the command, stays, and finished() may start
+// another.
 void QFtpPI::advance(const QString &text)
 {
     if (!pendingCommands.isEmpty()) {
@@ -466,7 +496,7 @@ void QFtpPI::advance(const QString &text)
     emit finished(text);
 }
 
-// Idle -> Waiting
+// Idle -> Waiting; it stays Idle, with an error, when the data connection's line cannot be completed.
 void QFtpPI::sendNextLine()
 {
     currentCmd = pendingCommands.takeFirst();
@@ -477,7 +507,7 @@ void QFtpPI::sendNextLine()
     changeState(State::Waiting);
     if (pendingCommands.isEmpty() && dtp.isAwaitingServer())
         patience.start(dataConnectionTimeoutMs);
-    else if (dtp.isUploadCut())
+    else if (dtp.isCutShort())
         patience.start(replyTimeoutMs);
     if (isConnected())
         commandSocket->write(currentCmd.toLatin1());
@@ -509,6 +539,7 @@ void QFtpPI::openDataConnection(const QString &host, quint16 port)
     dtp.connectToHost(host, port);
 }
 
+// OpeningData -> Idle, Waiting; DrainingData as by dataConnectionClosed(). Any other stays.
 void QFtpPI::dtpConnectState(int dataState)
 {
     if (dataState == QFtpDTP::CsClosed) {
@@ -521,29 +552,43 @@ void QFtpPI::dtpConnectState(int dataState)
     }
 }
 
-// DrainingData -> Idle
+// DrainingData -> what takeAnswer() makes of it, and Unconnected instead of Idle when the control connection
+// is gone. Any other stays.
 void QFtpPI::dataConnectionClosed()
 {
     const QPointer<QFtpPI> self = this;
     if (heldReply) {
         takeAnswer(*std::exchange(heldReply, std::nullopt));
+        if (self && state == State::Idle && !isConnected())
+            changeState(State::Unconnected);
         if (self)
             readReplies();
-    } else if (isAborting() || dtp.isUploadCut()) {
+    } else if (isAborting() || dtp.isCutShort()) {
         // Not for ever: the server has nothing else to do.
         patience.start(replyTimeoutMs);
     }
 }
 
-// OpeningData, Idle -> Idle
+// OpeningData, Idle -> Idle, Waiting
 void QFtpPI::refuseDataConnection()
 {
     changeState(State::Idle);
     reportFailure(QFtp::ConnectionRefused, refusedDataText());
 }
 
+void QFtpPI::renewPatience()
+{
+    if (state == State::DrainingData)
+        patience.start(standstillTimeoutMs);
+}
+
+// OpeningData, Waiting, AbortingLine, AbortingBetweenLines, DrainingData -> Idle; an abort whose data
+// connection is still open stays, and waits once more for the reply.
 void QFtpPI::patienceEnded()
 {
+    // The event had to wait for a slot, and what it was about has gone on meanwhile.
+    if (patience.isActive())
+        return;
     if (state == State::OpeningData) {
         dtp.abortConnection();
         refuseDataConnection();
@@ -551,11 +596,13 @@ void QFtpPI::patienceEnded()
         dtp.abortConnection();
         patience.start(replyTimeoutMs);
     } else if (isAborting()) {
-        giveUp(QFtp::UnknownError, dtp.hasError() ? dtp.errorMessage() : abortedText());
+        giveUp(QFtp::UnknownError, abortReason());
     } else if (state == State::Waiting && dtp.isAwaitingServer()) {
         giveUp(QFtp::ConnectionRefused, refusedDataText());
-    } else if (state == State::Waiting && dtp.isUploadCut()) {
+    } else if (state == State::Waiting && dtp.isCutShort()) {
         giveUp(QFtp::UnknownError, dtp.shortfall());
+    } else {
+        giveUpDraining(tr("The data connection timed out"));
     }
 }
 
@@ -563,9 +610,28 @@ void QFtpPI::patienceEnded()
 void QFtpPI::giveUp(int code, const QString &text)
 {
     repliesToSkip += state == State::AbortingLine ? 2 : 1;
+    endWithError(code, text);
+}
+
+// DrainingData -> Idle, Unconnected; any other stays. The line's reply is there, and replies may have come
+// behind it.
+void QFtpPI::giveUpDraining(const QString &text)
+{
+    const QPointer<QFtpPI> self = this;
+    if (state != State::DrainingData)
+        return;
+    endWithError(QFtp::UnknownError, text);
+    if (self)
+        readReplies();
+}
+
+// Any -> Idle, Unconnected
+void QFtpPI::endWithError(int code, const QString &text)
+{
     pendingCommands.clear();
     currentCmd.clear();
+    heldReply.reset();
     dtp.abortConnection();
-    changeState(State::Idle);
+    changeState(isConnected() ? State::Idle : State::Unconnected);
     emit error(code, text);
 }

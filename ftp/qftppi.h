@@ -45,6 +45,7 @@ public:
     /// Sends the lines, each with its "\r\n", one after the other; finished() or error() follows. False while
     /// the lines of an earlier call are still waiting.
     bool sendCommands(const QStringList &lines);
+    /// The same for one line; part of the interface, though the queue always sends lists.
     bool sendCommand(const QString &line) { return sendCommands({line}); }
     /// Ends the command that runs, without a signal: its lines and its data connection.
     void clearPendingCommands();
@@ -58,6 +59,13 @@ public:
     void markReplyRaw() { rawCommand = true; }
     /// Whether EPSV and EPRT may be tried.
     void setTransferConnectionExtended(bool extended) { transferConnectionExtended = extended; }
+
+    /// Has the handler called as an event of this session, for all from which signals reach the caller.
+    template <typename Handler>
+    void post(QObject *context, Handler handler)
+    {
+        events.post(context, handler);
+    }
 
     // What the next lines transfer, to be said before they are sent.
 
@@ -91,6 +99,7 @@ private slots:
     void hostFound();
     void connected();
     void connectionClosed();
+    /// Part of the interface; nothing calls it, as no close is delayed here.
     void delayedCloseFinished();
     void readyRead();
     void error(QAbstractSocket::SocketError socketError);
@@ -121,8 +130,12 @@ private:
     void openDataConnection(const QString &host, quint16 port);
     void refuseDataConnection();
     void dataConnectionClosed();
+    void renewPatience();
     void patienceEnded();
     void giveUp(int code, const QString &text);
+    void giveUpDraining(const QString &text);
+    void endWithError(int code, const QString &text);
+    QString abortReason() const;
 
     // Comes first, for all below are connected through it.
     SessionEvents events;

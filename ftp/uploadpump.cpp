@@ -20,11 +20,9 @@ constexpr int blocksPerTurn = 64;
 UploadPump::UploadPump(QIODevice *source, qint64 expectedEnd, SessionEvents *sessionEvents, QObject *parent)
     : QObject(parent), device(source), events(sessionEvents), end(expectedEnd)
 {
-    const auto goOn = [this] { resume(); };
-    events->connectQueued(source, &QIODevice::readyRead, this, goOn);
-    events->connectQueued(source, &QIODevice::readChannelFinished, this, goOn);
-    // Nothing is called for a source that is gone, but the pump is still there.
-    connect(source, &QObject::destroyed, this, [this, goOn] { events->post(this, goOn); });
+    // connectQueued() drops the signals of a source that is gone, so this one is posted. The pump then finds
+    // that there is nothing to read from.
+    connect(source, &QObject::destroyed, this, [this] { events->post(this, [this] { resume(); }); });
 }
 
 void UploadPump::start(QTcpSocket *connection)

@@ -144,6 +144,20 @@ public:
             {"put-closed", [&] { ftp->put(new QFile("/missing"_s, ftp), file); }},
             {"put-large", [&] { ftp->put(new MadeUpDevice(largeBytes, ftp), file); }},
             {"put-huge", [&] { putPaced((qint64(1) << 32) + 5); }},
+            {"put-empty", [&] { ftp->put(QByteArray(), file); }},
+            {"slow", [&] { server.confirmAfterMs = 6000; }},
+            {"abort-at-pass",
+             [&] {
+                 server.takeOver = [this](auto verb) {
+                     return verb == "PASS" ? ftp->abort() : void(), false;
+                 };
+             }},
+            {"passive-stor",
+             [&] { server.takeOver = [this](auto verb) { return verb == "STOR" && sendPassive(); }; }},
+            {"endless",
+             [&] { server.takeOver = [this](auto verb) { return verb == "RETR" && sendEndless(false); }; }},
+            {"endless-lost",
+             [&] { server.takeOver = [this](auto verb) { return verb == "RETR" && sendEndless(true); }; }},
             {"cut", [&] { server.cutAt = largeBytes / 8; }},
             {"cut-early", [&] { server.cutAt = 0; }},
             {"reset", [&] { server.cutAt = largeBytes / 8, server.cutsByReset = true; }},
@@ -219,14 +233,16 @@ private:
         ftp->put(source, "f"_s);
     }
 
-    // The server does not wait for more of a stream that has paused.
+    // A stream that pauses, goes on and pauses again; then the server does not wait for more of it.
     void putStream()
     {
         auto *source = new MadeUpDevice(100000, ftp);
         source->isStream = true;
-        source->make = [this, blocks = 3](qint64 count) mutable {
-            if (--blocks >= 0)
-                return count;
+        source->make = [this, source, reads = 0](qint64 count) mutable {
+            if (++reads == 2)
+                QTimer::singleShot(0, source, &QIODevice::readyRead);
+            if (reads < 4)
+                return reads == 2 ? 0 : count;
             QTimer::singleShot(0, &server, [this] {
                 if (server.data)
                     server.data->write("unasked");
@@ -244,6 +260,32 @@ private:
         server.data->waitForConnected(bound);
         server.data->write(server.file);
         server.reply("150 Go\r\n226 Done\r\n200 Unasked\r\n");
+        return true;
+    }
+
+    // Names the port that takes the upload once more instead of taking it.
+    bool sendPassive() const
+    {
+        const quint16 port = server.data->localPort();
+        server.reply("227 (127,0,0,1," + QByteArray::number(port >> 8) + ',' +
+                     QByteArray::number(port & 255) + ")\r\n");
+        return true;
+    }
+
+    // The data connection stays open; the control connection may end, whereupon the client aborts.
+    bool sendEndless(bool isLost)
+    {
+        connect(ftp, &QFtp::readyRead, server.data, [this, isLost] {
+            server.reply("226 Done\r\n");
+            if (isLost)
+                server.control->disconnectFromHost();
+        });
+        connect(ftp, &QFtp::stateChanged, server.data, [this](int state) {
+            if (state == QFtp::Unconnected)
+                ftp->abort();
+        });
+        server.reply("150 Go\r\n");
+        server.data->write(server.file);
         return true;
     }
 
@@ -358,9 +400,12 @@ private slots:
         row("STOR 150 Go\r\n226 Done\r\n", "cut-early put", put, putCut);
         row("PASV 227 Nowhere\r\n|STOR 150 Go\r\n226 Done\r\n", "put", put, putCut);
         row("PASV 227 (255,255,255,255,0,1)\r\n", "put", "TYPE I|PASV", putFailed + noData);
+        row(usual, "passive-stor put", put, putCut);
         row(usual, "stranger active list", "TYPE A|PORT|LIST", "finished 1, list x, finished 2, done 0");
         row(usual, "put-huge", "TYPE I|PASV|ALLO 4294967301|STOR f", "finished 1, done 0");
         row(usual, "put-waiting", "TYPE I|PASV|STOR f", "finished 1, done 0");
+        row(usual, "slow put-waiting", "TYPE I|PASV|STOR f", "finished 1, done 0");
+        row(usual, "abort-at-pass", "ABOR", "done 0");
         row("STOR 150 Go\r\n|ABOR 426 Cut off\r\n226 Aborted\r\n", "put-abort", putEnded,
             putFailed + "Cut off");
         row("PORT 200 Fine\r\n", "late active get", "TYPE I|SIZE f|PORT|RETR f",
@@ -376,7 +421,7 @@ private slots:
             "finished 1, state 0, state 1, state 2, state 3, finished 2, state 4, finished 3, finished 4, "
             "done 0");
         // Where nobody answers.
-        row(" 421 Too many\r\n", "cd", "", unwilling);
+        row(" 421 Too many\r\n220 Ready\r\n", "cd", "", unwilling);
         row(usual, "hangup cd", "", unwilling);
         row(usual, "nowhere", "",
             "state 0, state 1, state 2, state 0, failed 1, done 1, Connecting to host failed:\n"
@@ -384,6 +429,10 @@ private slots:
         row("PORT 200 Fine\r\n|STOR 150 Go\r\n", "active put", "TYPE I|PORT|ALLO 3|STOR f",
             "finished 1, failed 2, done 1, Uploading file failed:\n" + noData);
         row("ALLO 200 Fine\r\n", "reset put-large", putLarge, putCut);
+        row("SIZE 213 5000000000\r\n", "mute get", get,
+            "ready of 5000000000, " + getFailed + ended + "had arrived");
+        row(usual, "endless get", get, "ready of 5, " + getFailed + "The data connection timed out");
+        row(usual, "endless-lost get", get, "ready of 5, state 0, " + getFailed + "Aborted");
         row("ABOR 150 Later\r\n", "mute put-abort", putEnded, putFailed + "Aborted");
     }
 
@@ -420,9 +469,9 @@ private slots:
     {
         QTest::addColumn<QByteArray>("words");
         for (const char *const words :
-             {"list get put raw close", "active list get put raw close", "put-device", "put-waiting",
-              "put-vanishing", "get-full-disk", "get-sink-gone", "proxy connect-boat guest no-proxy",
-              "cd remove put-closed"})
+             {"list get put raw close", "active list get put raw close", "put-device", "put-empty",
+              "put-waiting", "put-vanishing", "get-full-disk", "get-sink-gone",
+              "proxy connect-boat guest no-proxy", "cd remove put-closed"})
             QTest::newRow(words) << QByteArray(words);
     }
 

@@ -294,6 +294,10 @@ APP %5  FW %6  OS %7</source>
         <source>Aborted</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>The data connection timed out</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>ServerControl</name>
