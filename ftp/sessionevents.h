@@ -2,9 +2,10 @@
 // client. The layers of the client stay right by two rules.
 //
 // What a socket, a timer or a device of the caller tells is never connected directly. It is connected and
-// posted through the SessionEvents of the session, and so is the start of a command. So no socket has one of its signals on the stack when a
-// slot of the caller runs, and may be deleted at once. And while such a slot runs an event loop, what arrives
-// waits until it has returned: one event after the other, in the order in which they came.
+// posted through the SessionEvents of the session, and so is the start of a command. So no socket has one of
+// its signals on the stack when a slot of the caller runs, and may be deleted at once. And while such a slot
+// runs an event loop, what arrives waits until it has returned: one event after the other, in the order in
+// which they came.
 //
 // After a signal that may reach the caller, only a QPointer taken before it tells whether the emitter is
 // still there. As the events wait, nothing else can have changed but by an abort.
