@@ -292,45 +292,6 @@ private:
     int loginId = 0;
 };
 
-// One session with a server that mostly behaves, ended somewhere.
-void playRandomly(quint32 seed)
-{
-    QRandomGenerator random(seed);
-    const auto dice = [&random](int sides) { return random.bounded(sides); };
-    Session session;
-    ScriptedFtpServer &server = session.server;
-    server.bytewise = dice(4) == 0;
-    server.takeOver = [&, nastiness = 10 + dice(200)](const QByteArray &) {
-        QByteArray noise;
-        for (int i = dice(200); i > 0; --i)
-            noise += static_cast<char>(dice(3) != 0 ? "0123456 -\r\n(|,"[dice(14)] : dice(256));
-        const QByteArrayList odd{noise, "226 early\r\n", "227 (127,0,0,1,0,1)\r\n",
-                                 QByteArray::number(100 + dice(500)) + " odd\r\n"};
-        const int kind = dice(nastiness);
-        if (kind < odd.size())
-            server.reply(odd.at(kind));
-        else if (kind == 5)
-            server.endData(dice(2) == 0);
-        else if (kind == 6)
-            dice(2) == 0 ? server.control->abort() : server.control->disconnectFromHost();
-        return kind < 8 && dice(2) == 0;
-    };
-    // A server that fell silent leaves the client waiting for good.
-    QTimer silence;
-    silence.setSingleShot(true);
-    silence.start(3);
-    session.step = [&, killAt = dice(200)](const QByteArray &) mutable {
-        silence.start(3);
-        if (--killAt == 0)
-            delete session.ftp;
-    };
-    session.queue("connect login");
-    for (int i = dice(6); i > 0; --i)
-        session.queue(QByteArrayList{"put-device", "get", "list", "active", "raw", "close"}.at(dice(6)));
-    while (session.ftp && !session.isDone() && silence.isActive())
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-}
-
 // What the server says by verb ("" is the greeting), what is queued, and what comes of it.
 struct Dialogue {
     QByteArray answered, words;
@@ -560,13 +521,6 @@ private slots:
         const auto isClosed = [&] { return session.server.data == nullptr; };
         QVERIFY(!waitUntil(isClosed, 500));
         QVERIFY(waitUntil(isClosed, 2500));
-    }
-
-    void survivesRandomServers()
-    {
-        const uint seed = qEnvironmentVariable("KELVORA_SEED", "1"_s).toUInt();
-        for (uint number = 0; number < 2000 && !QTest::currentTestFailed(); ++number)
-            playRandomly(seed * 10000 + number);
     }
 
     void readsListings()
