@@ -159,13 +159,10 @@ private slots:
                     QVERIFY2(!nameOf(widget).isEmpty(), widget->metaObject()->className());
             }
         }
-        QCOMPARE(rounds, (QStringList{
-                             "S1 (PO)|S2 (PO)|Start Update|Screen Updates"_s,
-                             "S3 (PO)|Start Update|Screen2 Updates"_s,
-                             "E1 (PO)|Start Update|E-Ink Updates"_s,
-                             "Open Webinterface|Port 1|Port 2|Update N6|N6 Setup"_s,
-                             "Backup Settings|Restore Settings|Factory Reset|N6 Configuration"_s,
-                         }));
+        QCOMPARE(rounds.join("; "_s),
+                 "S1 (PO)|S2 (PO)|Start Update|Screen Updates; S3 (PO)|Start Update|Screen2 Updates; "
+                 "E1 (PO)|Start Update|E-Ink Updates; Open Webinterface|Port 1|Port 2|Update N6|N6 Setup; "
+                 "Backup Settings|Restore Settings|Factory Reset|N6 Configuration"_s);
     }
 };
 

@@ -1,6 +1,5 @@
 #include "discovery/heartbeat.h"
 #include "discovery/interfaces.h"
-#include "discovery/n6commands.h"
 #include "discovery/protocol.h"
 #include "discovery/udphbclient.h"
 #include "tests/support/heartbeatbytes.h"
@@ -131,11 +130,6 @@ private slots:
         }
     }
 
-    void padsTheSerialOfAReset()
-    {
-        QCOMPARE(n6FactoryResetCommand("N6\u00e9"_s), QByteArray("\x0fN6\xe9") + QByteArray(13, '\0'));
-    }
-
     void choosesInterfaces()
     {
         using Net = QNetworkInterface;
@@ -168,13 +162,10 @@ private slots:
         client.processHeartbeat(HeartbeatBytes::screen(0x72, "G"), at("10.0.0.3"));
         client.processHeartbeat(HeartbeatBytes::screen(0x00, "VK38").left(38), at("10.0.0.4"));
         QCOMPARE(order.take(), "gyro incompatible"_s);
-        QCOMPARE(logged().join(QLatin1Char('\n')), QStringLiteral("udpHB: Screen IP 10.0.0.1\n"
-                                                                  "udpHB: Server changed: 10.0.0.1\n"
-                                                                  "udpHB: E-Ink IP 10.0.0.2\n"
-                                                                  "udpHB: Server removed: 10.0.0.1\n"
-                                                                  "udpHB: N6 IP 10.0.0.9\n"
-                                                                  "udpHB: Server changed: 10.0.0.9\n"
-                                                                  "udpHB: Gyro IP 10.0.0.3"));
+        QCOMPARE(logged().join("; "_s),
+                 "udpHB: Screen IP 10.0.0.1; udpHB: Server changed: 10.0.0.1; udpHB: E-Ink IP 10.0.0.2; "
+                 "udpHB: Server removed: 10.0.0.1; udpHB: N6 IP 10.0.0.9; udpHB: Server changed: 10.0.0.9; "
+                 "udpHB: Gyro IP 10.0.0.3"_s);
     }
 
     void filtersCopiesOfTheN6()

@@ -4,6 +4,7 @@
 #include "discovery/udphbclient.h"
 #include "tests/support/heartbeatbytes.h"
 #include "tests/support/signalorder.h"
+#include "tests/support/text.h"
 
 #include <QNetworkDatagram>
 #include <QNetworkInterface>
@@ -13,13 +14,6 @@
 #include <QUdpSocket>
 
 #include <utility>
-
-namespace
-{
-
-const auto screenHeartbeat = [](bool server) { return HeartbeatBytes::screen(0x00, "A", server); };
-
-} // namespace
 
 class TestDiscoveryTime : public QObject
 {
@@ -51,10 +45,10 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(!client.n6Online(), 9500);
         QVERIFY(silence.elapsed() > protocol::deviceTimeoutMs);
         QCOMPARE(order.take(),
-                 QStringLiteral("screenRemoved listUpdated screenUpdated screenRemoved screenRemoved n6 gyro "
-                                "serverRemoved listUpdated listUpdated"));
+                 "screenRemoved listUpdated screenUpdated screenRemoved screenRemoved n6 gyro serverRemoved "
+                 "listUpdated listUpdated"_s);
         QCOMPARE(client.screens().size(), 1);
-        QCOMPARE(client.screens().at(0).serial, QStringLiteral("new"));
+        QCOMPARE(client.screens().at(0).serial, "new"_s);
         QVERIFY(!client.gyroOnline() && client.serverAddress().isNull());
         QVERIFY(client.n6Device().address.isNull() && client.gyroDevice().address.isNull());
     }
@@ -62,7 +56,7 @@ private slots:
     void confirmsSeveralServers()
     {
         udpHBClient client(2);
-        client.processHeartbeat(screenHeartbeat(true), at("127.0.0.21"));
+        client.processHeartbeat(HeartbeatBytes::screen(0x00, "A", true), at("127.0.0.21"));
         client.processHeartbeat(HeartbeatBytes::n6("N6"), at("127.0.0.20"));
         QElapsedTimer conflict;
         SignalOrder order(client);
@@ -71,15 +65,15 @@ private slots:
             conflict.start();
             QVERIFY(several.wait(protocol::multipleServersConfirmMs + 2 * protocol::tickIntervalMs));
             QVERIFY(conflict.elapsed() > protocol::multipleServersConfirmMs - protocol::tickIntervalMs);
-            QCOMPARE(order.take(), QStringLiteral("serverRemoved multipleServers"));
+            QCOMPARE(order.take(), "serverRemoved multipleServers"_s);
             QVERIFY(client.multipleServersDetected() && client.serverAddress().isNull());
             // The N6 would time out in the second round.
             client.processHeartbeat(HeartbeatBytes::n6("N6"), at("127.0.0.20"));
-            client.processHeartbeat(screenHeartbeat(true), at("127.0.0.21"));
+            client.processHeartbeat(HeartbeatBytes::screen(0x00, "A", true), at("127.0.0.21"));
             order.take();
         }
-        client.processHeartbeat(screenHeartbeat(false), at("127.0.0.21"));
-        QCOMPARE(order.take(), QStringLiteral("screenUpdated serverChanged listUpdated"));
+        client.processHeartbeat(HeartbeatBytes::screen(0x00, "A", false), at("127.0.0.21"));
+        QCOMPARE(order.take(), "screenUpdated serverChanged listUpdated"_s);
         QVERIFY(!client.multipleServersDetected());
     }
 
@@ -97,7 +91,7 @@ private slots:
 
     void asksAgainAndRenewsSockets()
     {
-        const auto boat = QNetworkInterface::interfaceFromName(QStringLiteral("boat0"));
+        const auto boat = QNetworkInterface::interfaceFromName("boat0"_s);
         if (!boat.isValid())
             QSKIP("multicast needs a network namespace");
         QFETCH(int, mode);
@@ -120,7 +114,7 @@ private slots:
         udpHBClient client(mode);
         QTRY_COMPARE(askedByMulticast, mode == 2 ? 0 : 2);
         if (serverKnown)
-            client.processHeartbeat(screenHeartbeat(true), at("127.0.0.1"));
+            client.processHeartbeat(HeartbeatBytes::screen(0x00, "A", true), at("127.0.0.1"));
         QElapsedTimer quiet;
         quiet.start();
         QTRY_VERIFY_WITH_TIMEOUT(quiet.elapsed() > 6500, 8000);

@@ -76,27 +76,19 @@ public:
                 });
         };
     }
+};
 
-    void hangUpAtOnce()
-    {
-        takeOver = [this](auto) { return reply("421 Busy\r\n"), control->disconnectFromHost(), true; };
-    }
+const auto hangUpAtOnce = [](PlayedN6 &n6) {
+    n6.takeOver = [&](auto) { return n6.reply("421 Busy\r\n"), n6.control->disconnectFromHost(), true; };
+};
 
-    void hangUpOnTheWay()
-    {
-        onTheWay = [this] { control->abort(); };
-    }
-
-    /// Neither reads nor writes any more in the middle of a transfer.
-    void fallSilent()
-    {
-        onTheWay = [this] { data->disconnect(), data->setReadBufferSize(1); };
-    }
-
-    void confirmAPart()
-    {
-        onTheWay = [this] { connect(data, &QTcpSocket::readyRead, this, [this] { endData(); }); };
-    }
+// In the middle of a transfer; the silent one neither reads nor writes any more.
+const auto hangUpOnTheWay = [](PlayedN6 &n6) { n6.onTheWay = [&] { n6.control->abort(); }; };
+const auto fallSilent = [](PlayedN6 &n6) {
+    n6.onTheWay = [&] { n6.data->disconnect(), n6.data->setReadBufferSize(1); };
+};
+const auto confirmAPart = [](PlayedN6 &n6) {
+    n6.onTheWay = [&] { QObject::connect(n6.data, &QTcpSocket::readyRead, &n6, [&] { n6.endData(); }); };
 };
 
 // What the N6 does, and how the page ends.
@@ -177,10 +169,10 @@ private slots:
                  n6.drip(2);
              }},
             {"the N6 has no help to offer", backupFailed, [](N6 &n6) { n6.answers["HELP"] = "502 No\r\n"; }},
-            {"the N6 has a client already", backupFailed, &N6::hangUpAtOnce},
-            {"the N6 hangs up on the way", backupFailed, &N6::hangUpOnTheWay},
+            {"the N6 has a client already", backupFailed, hangUpAtOnce},
+            {"the N6 hangs up on the way", backupFailed, hangUpOnTheWay},
             {"the N6 has no such service", backupFailed, &N6::close},
-            {"the N6 falls silent", backupFailed, &N6::fallSilent, late},
+            {"the N6 falls silent", backupFailed, fallSilent, late},
             {"the N6 talks without end", backupFailed,
              [](N6 &n6) { n6.answers["PASS"] = "230-" + QByteArray(3000000, 'x'); }},
             {"the disk is full", backupFailed, [this](N6 &) { QFile::link("/dev/full"_s, part); }},
@@ -234,9 +226,9 @@ private slots:
             {"the file cannot be read", restoreFailed, unreadable},
             {"the N6 has no help to offer", restoreFailed, [](N6 &n6) { n6.answers["HELP"] = "502 No\r\n"; }},
             {"the N6 refuses it", restoreFailed, [](N6 &n6) { n6.answers["STOR"] = "552 Full\r\n"; }},
-            {"the N6 hangs up on the way", restoreFailed, &N6::hangUpOnTheWay},
-            {"the N6 confirms a part of it", restoreFailed, &N6::confirmAPart},
-            {"the N6 falls silent", restoreFailed, &N6::fallSilent, late},
+            {"the N6 hangs up on the way", restoreFailed, hangUpOnTheWay},
+            {"the N6 confirms a part of it", restoreFailed, confirmAPart},
+            {"the N6 falls silent", restoreFailed, fallSilent, late},
         });
     }
 
@@ -267,19 +259,6 @@ private slots:
         QVERIFY(button("restoreButton"_s)->isEnabled());
     }
 
-    void aSlowLinkIsNoStall()
-    {
-        // The boat wants the port for itself.
-        commands.reset();
-        Boat boat("--screens 0 --screen2s 0 --einks 0 --no-gyro --heartbeat-interval 3600 --n6-serial N6-1 "
-                  "--ftp-fault n6=slow:60000"_s);
-        QFile(target).resize(3000000);
-        Answers answers(target);
-        click("restoreButton"_s);
-        QTRY_COMPARE_WITH_TIMEOUT(answers.boxes, QStringList(restoreComplete), 120000);
-        QCOMPARE(contents(boat.archive()), contents(target));
-    }
-
     void onlyTheInstrumentThatWasMeantIsCommanded_data()
     {
         const QString reset = "factoryButton"_s, restore = "restoreButton"_s, backup = "backupButton"_s, none,
@@ -305,7 +284,7 @@ private slots:
         QFETCH(const Target, row);
         const bool moves = row.heard == serial;
         PlayedN6 n6, other(otherHost);
-        moves ? n6.fallSilent() : n6.has({"none", gzip()});
+        moves ? fallSilent(n6) : n6.has({"none", gzip()});
         other.file = moves ? gzip() : QByteArray("another N6's");
         Answers answers(row.action == "backupButton"_s ? folder->filePath("x"_s) : target);
         const auto hear = [&] {

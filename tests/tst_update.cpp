@@ -140,11 +140,10 @@ private slots:
     {
         QTest::addColumn<QByteArray>("verb");
         QTest::addColumn<QByteArray>("reply");
-        const QByteArray nothing;
-        QTest::newRow("refused at the greeting") << nothing << QByteArray("421 Busy\r\n");
-        QTest::newRow("silent before the file") << QByteArray("STOR") << nothing;
+        QTest::newRow("refused at the greeting") << QByteArray() << QByteArray("421 Busy\r\n");
+        QTest::newRow("silent before the file") << QByteArray("STOR") << QByteArray();
         QTest::newRow("silent after the file") << QByteArray("STOR") << QByteArray("150 Go\r\n");
-        QTest::newRow("silent after the confirmation") << QByteArray("QUIT") << nothing;
+        QTest::newRow("silent after the confirmation") << QByteArray("QUIT") << QByteArray();
     }
 
     void uploadsEndByThemselves()
@@ -171,22 +170,6 @@ private slots:
         // Whoever is told to quit has confirmed the file.
         QVERIFY(ended.at(0).at(0).toBool());
         QVERIFY(upload.abort() && !upload.abort());
-    }
-
-    void n6BarBeginsAnew()
-    {
-        udpHBClient client(passiveMode);
-        N6Widget page(nullptr, &client);
-        client.processHeartbeat(HeartbeatBytes::n6("N6"), boatAddress(unusedHost));
-        const auto *result = page.findChild<QLabel *>("resultLabel"_s);
-        const auto *bar = page.findChild<QProgressBar *>();
-        page.updateDataTransferProgress(1, 1);
-        choose(page, write(folder.filePath("n6-update.tar.gz"_s), "x"));
-        QVERIFY(bar->value() < 0);
-        QTRY_COMPARE(result->text(), "Updating..."_s);
-        page.updateDataTransferProgress(1, 1);
-        QTRY_VERIFY_WITH_TIMEOUT((page.updateGUI(), result->text().isEmpty()), 10000);
-        QVERIFY(bar->value() < 0);
     }
 
     void twelveDisplaysAreUpdatedAtOnce()
@@ -280,26 +263,6 @@ private slots:
             QTRY_VERIFY(row.isNull());
             QCOMPARE(rowsOf(page).size(), 1);
         }
-    }
-
-    void windowMayGoAtAnyTime()
-    {
-        // While one page uploads and another shows a box.
-        Boat boat("--no-gyro --screens 0 --ftp-fault n6=slow:100000"_s);
-        auto window = std::make_unique<QWidget>();
-        auto *client = new udpHBClient(activeMode, window.get());
-        auto *monitors = new MonitorUpdate(client, "SCREEN"_s, window.get());
-        auto *instrument = new N6Widget(window.get(), client);
-        window->show();
-        QTRY_VERIFY(client->n6Online());
-        const QString file = write(folder.filePath("n6-update.tar.gz"_s), QByteArray(2000000, 'w'));
-        choose(*monitors, file);
-        choose(*instrument, file);
-        boat.waitFor(" ftp-login ");
-        QCOMPARE(window->findChildren<QMessageBox *>().size(), 1);
-        window.reset();
-        boat.waitFor(" ftp-disconnect ");
-        QVERIFY(QApplication::topLevelWidgets().isEmpty());
     }
 
     void reportedPortModesAreNeverSentBack()

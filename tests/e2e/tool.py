@@ -33,8 +33,7 @@ class Tool:
         environment = dict(os.environ, **dict(environment), DISPLAY=f"127.0.0.1:{number}", HOME=str(folder), XDG_RUNTIME_DIR=str(folder))
         environment.update(QT_QPA_PLATFORM="xcb", QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1")
         # The display's drivers leak, which is no fault of the tool.
-        environment.update(QT_XCB_GL_INTEGRATION="none")
-        environment.update(QT_FORCE_STDERR_LOGGING="1", QT_LOGGING_RULES="default.debug=true")
+        environment.update(QT_XCB_GL_INTEGRATION="none", QT_FORCE_STDERR_LOGGING="1", QT_LOGGING_RULES="default.debug=true")
         session = self._first_line("dbus-daemon", "--session", "--nofork", "--print-address", env=environment)
         environment["DBUS_SESSION_BUS_ADDRESS"] = session
         # Asking starts the service, which a program that starts first would miss.

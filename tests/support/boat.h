@@ -35,7 +35,6 @@ public:
         process.waitForFinished();
     }
 
-    QString archive() const { return state.path() + "/n6/media/kelvora-server-settings.tar.gz"_s; }
     void send(int signal) { ::kill(static_cast<pid_t>(process.processId()), signal); }
     /// All that happened so far, one line each.
     QByteArray log() { return heard += process.readAllStandardOutput(); }

@@ -5,6 +5,8 @@
 
 #include <QStringList>
 
+#include <utility>
+
 class SignalOrder
 {
 public:
@@ -23,12 +25,7 @@ public:
     }
 
     /// What came since the last call, separated by blanks.
-    QString take()
-    {
-        QString all = names.join(QLatin1Char(' '));
-        names.clear();
-        return all;
-    }
+    QString take() { return std::exchange(names, {}).join(QLatin1Char(' ')); }
 
 private:
     QStringList names;
