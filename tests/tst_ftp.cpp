@@ -492,7 +492,7 @@ private slots:
                         end.first().contains("reset") && !ftp.isNull() && ftp->state() == QFtp::Unconnected;
                     return !ftp ? isCut() : session.isDone() || (isLost && steps > endAt && endAt >= 0);
                 };
-                QVERIFY2(waitUntil(isOver), qPrintable(session.outcome()));
+                QVERIFY2(waitUntil(isOver, 6 * bound), qPrintable(session.outcome()));
                 if (endAt < 0)
                     undisturbed = session.outcome();
                 QVERIFY(!isLoop || session.outcome() == undisturbed);
