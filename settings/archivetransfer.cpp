@@ -92,7 +92,7 @@ void ArchiveTransfer::follow(const QString &host)
 void ArchiveTransfer::giveUp()
 {
     if (currentState == State::Waiting || currentState == State::Fetching) {
-        QFile::remove(archivefile::partName(fileName));
+        drop();
         end(Outcome::FetchFailed);
     }
 }
