@@ -30,7 +30,7 @@ void GzipEnd::feed(const char *bytes, int count)
 {
     if (count == 0 || state == State::NoGzip)
         return;
-    // The library only reads, but says so only where it is built to.
+    // The library only reads the bytes, though its interface takes a pointer that it could write through.
     stream->next_in = reinterpret_cast<Bytef *>(const_cast<char *>(bytes)); // NOLINT
     stream->avail_in = static_cast<uInt>(count);
     while (stream->avail_in > 0 && state != State::NoGzip) {

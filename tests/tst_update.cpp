@@ -167,7 +167,6 @@ private slots:
         QVERIFY(upload.start("127.0.0.1"_s, write(folder.filePath("image"_s), "x")));
         QTRY_COMPARE(ended.size(), 1);
         QVERIFY(server.lines.join().contains(verb));
-        // Whoever is told to quit has confirmed the file.
         QVERIFY(ended.at(0).at(0).toBool());
         QVERIFY(upload.abort() && !upload.abort());
     }
