@@ -17,6 +17,7 @@ readonly benchmark_packages=(xvfb curl)
 readonly fuzz_packages=(clang)
 readonly analysis_packages=(clang clang-tidy clazy cppcheck)
 readonly coverage_packages=(gcovr)
+readonly style_packages=(clang-format shellcheck flake8)
 readonly package_packages=(dpkg-dev fakeroot lintian)
 # The latter for users who are not root.
 readonly bare_system_packages=(mmdebstrap uidmap)
