@@ -14,7 +14,7 @@ import unittest
 sys.dont_write_bytecode = True
 sys.path.insert(0, str(pathlib.Path(__file__).parents[2] / "simulator"))
 from boat import settings  # noqa: E402
-from boat.hosts import BOATSIM, PREFIX, Impossible, Network, until  # noqa: E402
+from hosts import BOATSIM, PREFIX, Impossible, Network, until  # noqa: E402
 from tool import CHECKED, ENABLED, Tool  # noqa: E402
 
 OK = "Connection ok"

@@ -12,7 +12,7 @@ from Xlib.ext import xtest
 gi.require_version("Gio", "2.0")
 from gi.repository import Gio, GLib  # noqa: E402
 
-from boat.hosts import end, start, until  # noqa: E402
+from hosts import end, start, until  # noqa: E402
 
 PROGRAM = os.environ["KELVORA_TOOL"]
 CHECKED, ENABLED, SHOWING = 4, 8, 25

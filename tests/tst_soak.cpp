@@ -138,4 +138,4 @@ void tst_Soak::nothingGathers()
 }
 
 QTEST_MAIN(tst_Soak)
-#include "soak.moc"
+#include "tst_soak.moc"

@@ -142,4 +142,4 @@ void Flooded::staysResponsive()
 }
 
 QTEST_MAIN(Flooded)
-#include "flood.moc"
+#include "tst_flood.moc"

@@ -13,7 +13,7 @@ import threading
 import time
 
 PREFIX = os.environ.get("KELVORA_BOAT_PREFIX", "127.0.0.")
-BOATSIM = pathlib.Path(__file__).parents[1] / "boatsim"
+BOATSIM = pathlib.Path(__file__).parents[2] / "simulator/boatsim"
 IS_ROOT = os.geteuid() == 0
 
 
