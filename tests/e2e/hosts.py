@@ -1,4 +1,4 @@
-"""A boat network of several hosts, made inside a namespace that has none of the outside, and what can go wrong with it."""
+"""The boat as a host beside that of the tool, on a network that has none of the outside, and what can go wrong there."""
 
 import collections
 import fcntl
@@ -11,14 +11,10 @@ import struct
 import subprocess
 import threading
 import time
+import unittest
 
 PREFIX = os.environ.get("KELVORA_BOAT_PREFIX", "127.0.0.")
-BOATSIM = pathlib.Path(__file__).parents[2] / "simulator/boatsim"
-IS_ROOT = os.geteuid() == 0
-
-
-class Impossible(Exception):
-    """This machine cannot make what was asked for; says why."""
+SIMULATOR = pathlib.Path(__file__).parents[2] / "simulator"
 
 
 def until(condition, seconds, what):
@@ -41,30 +37,6 @@ def end(process):
     process.communicate(timeout=20)
 
 
-def succeeds(*command):
-    return subprocess.run(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=False).returncode == 0
-
-
-class Host:
-    """A network namespace beside that of the caller."""
-
-    def __init__(self):
-        own = [] if IS_ROOT else ["--user", "--map-root-user"]
-        self.process = start("unshare", *own, "--net", "--", "cat", stdin=subprocess.PIPE)
-        self.pid = self.process.pid
-        until(self._is_apart, 20, "a network namespace")
-        self.enter = ["nsenter", f"--target={self.pid}", *([] if IS_ROOT else ["--user", "--preserve-credentials"]), "--net"]
-        self.ip("link set lo up")
-
-    def _is_apart(self):
-        apart = os.readlink(f"/proc/{self.pid}/ns/net") != os.readlink("/proc/self/ns/net")
-        # Without its users, which come a moment later, it would give no right to those who enter.
-        return apart and pathlib.Path(f"/proc/{self.pid}/uid_map").read_text()
-
-    def ip(self, *lines):
-        subprocess.run([*self.enter, "ip", "-batch", "-"], input="\n".join(lines), text=True, check=True)
-
-
 def tap(name):
     device = os.open("/dev/net/tun", os.O_RDWR)
     set_interface, tap_without_header = 0x400454CA, 0x1002
@@ -73,12 +45,11 @@ def tap(name):
 
 
 class Cable(threading.Thread):
-    """Joins two taps, and loses or delays what one of them sends: for kernels that cannot do that themselves."""
+    """Joins two taps, and loses or delays what the first one sends: not every kernel can do that itself."""
 
-    def __init__(self, near, far, *, impaired, loss, delay):
+    def __init__(self, impaired, other, loss, delay):
         super().__init__(daemon=True)
-        self._other = {near: far, far: near}
-        self._impaired, self._loss, self._delay = impaired, loss, delay
+        self._impaired, self._other, self._loss, self._delay = impaired, other, loss, delay
         self._random = random.Random(1)
         self._delayed = collections.deque()
         self.start()
@@ -86,106 +57,91 @@ class Cable(threading.Thread):
     def run(self):
         while True:
             wait = max(0.0, self._delayed[0][0] - time.monotonic()) if self._delayed else None
-            for end_ in select.select(list(self._other), [], [], wait)[0]:
-                frame = os.read(end_, 4096)
-                if end_ != self._impaired:
-                    self._pass_on(end_, frame)
-                elif self._random.random() >= self._loss:
+            ready = select.select([self._impaired, self._other], [], [], wait)[0]
+            if self._other in ready:
+                self._pass_on(self._impaired, os.read(self._other, 4096))
+            if self._impaired in ready:
+                frame = os.read(self._impaired, 4096)
+                if self._random.random() >= self._loss:
                     self._delayed.append((time.monotonic() + self._delay, frame))
             while self._delayed and self._delayed[0][0] <= time.monotonic():
-                self._pass_on(self._impaired, self._delayed.popleft()[1])
+                self._pass_on(self._other, self._delayed.popleft()[1])
 
-    def _pass_on(self, sender, frame):
+    @staticmethod
+    def _pass_on(receiver, frame):
         try:
-            os.write(self._other[sender], frame)
+            os.write(receiver, frame)
         except OSError:
             pass  # the interface is down
 
 
 class Network:
-    """The tool's host is the caller's own namespace; add() makes one for each simulator, all of them on one bridge.
+    """The tool's host is the caller's own network namespace; the boat's is another one, at the other end of a cable.
 
-    Where there is no bridge or no namespace, the simulators share the caller's own addresses. A loss (0 to 1) or delay
-    (seconds) meets what is sent "from" the tool or from the boat.
+    Where there are no namespaces, the boat has the caller's own addresses. A loss (0 to 1) or delay (seconds) meets
+    what is sent "from" the tool or from the boat.
     """
 
-    def __init__(self, folder, loss=0.0, delay=0.0, impaired="tool"):
-        self._folder = folder
-        self._hosts = []
-        self.is_switched = PREFIX != "127.0.0." and self._make_bridge()
-        if self.is_switched:
-            self._connect_tool(loss, delay, impaired)
+    def __init__(self, loss=0.0, delay=0.0, impaired="tool"):
+        self._boat, self._enter = None, []
+        self.has_plug = PREFIX != "127.0.0."
+        if self.has_plug:
+            self._make_host()
+            self._plug_in(loss, delay, impaired)
         elif loss or delay:
-            raise Impossible("no bridge here, so nothing between the hosts can be impaired")
+            raise unittest.SkipTest("no namespace here, so nothing between the hosts can be impaired")
 
-    def _make_bridge(self):
-        self._sea = Host()
-        self._hosts.append(self._sea)
-        try:
-            self._sea.ip("link add sea type bridge mcast_snooping 0", "link set sea up")
-        except subprocess.CalledProcessError:
-            return False
-        return True
+    def _make_host(self):
+        made_by, entered_by = ([], []) if os.geteuid() == 0 else (["--user", "--map-root-user"], ["--user", "--preserve-credentials"])
+        self._boat = start("unshare", *made_by, "--net", "--", "cat", stdin=subprocess.PIPE)
+        proc = pathlib.Path(f"/proc/{self._boat.pid}")
+        # Without its users, which come a moment later, it would give no right to those who enter.
+        is_apart = lambda: os.readlink(proc / "ns/net") != os.readlink("/proc/self/ns/net") and (proc / "uid_map").read_text()
+        until(is_apart, 20, "a network namespace")
+        self._enter = ["nsenter", f"--target={self._boat.pid}", *entered_by, "--net"]
 
-    def _connect_tool(self, loss, delay, impaired):
-        subprocess.run(["ip", "link", "delete", "boat0"], check=True)
-        shape = ["netem", "delay", f"{delay * 1000:.0f}ms", "loss", f"{loss * 100:.0f}%"]
-        in_kernel = not (loss or delay) or succeeds(*self._sea.enter, "tc", "qdisc", "add", "dev", "lo", "root", *shape)
-        if in_kernel:
-            subprocess.run(["ip", "link", "add", "boat0", "type", "veth", "peer", "tool", "netns", str(self._sea.pid)], check=True)
+    def _ip(self, *lines, on_boat=False):
+        subprocess.run([*(self._enter if on_boat else []), "ip", "-batch", "-"], input="\n".join(lines), text=True, check=True)
+
+    def _plug_in(self, loss, delay, impaired):
+        self._ip("link delete boat0")
+        if not (loss or delay):
+            self._ip("link add boat0 type veth peer name sea")
         elif os.access("/dev/net/tun", os.W_OK):
-            near, far = tap("boat0"), tap("tool")
-            Cable(near, far, impaired=near if impaired == "tool" else far, loss=loss, delay=delay)
-            subprocess.run(["ip", "link", "set", "tool", "netns", str(self._sea.pid)], check=True)
+            tool, boat = tap("boat0"), tap("sea")
+            Cable(*((tool, boat) if impaired == "tool" else (boat, tool)), loss, delay)
         else:
-            raise Impossible("neither netem nor taps here")
-        self._sea.ip("link set tool master sea up")
-        for line in (f"addr add {PREFIX}1/24 dev boat0", "link set boat0 up"):
-            subprocess.run(["ip", *line.split()], check=True)
-        if in_kernel and (loss or delay):
-            enter, device = ([], "boat0") if impaired == "tool" else (self._sea.enter, "tool")
-            subprocess.run([*enter, "tc", "qdisc", "add", "dev", device, "root", *shape], check=True)
-
-    def add(self, *arguments, hosts=()):
-        """A simulator with these arguments on a host with these host numbers, once it is ready."""
-        enter = []
-        if self.is_switched:
-            host = Host()
-            port = f"port{len(self._hosts)}"
-            self._hosts.append(host)
-            # By this namespace's rights: those of one host do not reach into the other.
-            veth = ["type", "veth", "peer", "name", "eth0", "netns", str(host.pid)]
-            subprocess.run(["ip", "link", "add", port, "netns", str(self._sea.pid), *veth], check=True)
-            self._sea.ip(f"link set {port} master sea up")
-            host.ip(*(f"addr add {PREFIX}{number}/24 dev eth0" for number in hosts), "link set eth0 up")
-            enter = host.enter
-        log = self._folder / f"boat-{len(list(self._folder.glob('boat-*')))}.log"
-        return Simulator(enter, log, arguments)
+            raise unittest.SkipTest("no taps here")
+        self._ip(f"link set sea netns {self._boat.pid}", f"addr add {PREFIX}1/24 dev boat0", "link set boat0 up")
+        devices = [f"addr add {PREFIX}{host}/24 dev sea" for host in range(10, 100)]
+        self._ip("link set lo up", *devices, "link set sea up", on_boat=True)
 
     def close(self):
-        for host in self._hosts:
-            end(host.process)
+        if self._boat:
+            end(self._boat)
 
     def plug(self, state):
-        """Pulls the tool's plug ("down") or puts it back ("up"). Only where the network is switched."""
-        self._sea.ip(f"link set tool {state}")
+        """Pulls the plug ("down") or puts it back ("up"). Only where there is one."""
+        self._ip(f"link set sea {state}", on_boat=True)
+
+    def boat(self, log, *arguments):
+        """A simulated boat, once it is ready; what it sees goes to the log."""
+        return Boat(self._enter, log, arguments)
 
 
-class Simulator:
+class Boat:
     def __init__(self, enter, log, arguments):
         self._log = log
         with open(log, "w", encoding="utf-8") as output:
-            self.process = start(*enter, BOATSIM, *arguments, stdout=output, stderr=output)
-        until(lambda: self.process.poll() is not None or self.count("boat ready"), 60, "the simulator")
-        self.saw("boat ready", 0)
+            self.process = start(*enter, SIMULATOR / "boatsim", *arguments, stdout=output, stderr=output)
+        self.saw("boat ready")
 
     def count(self, pattern):
         return len(re.findall(pattern, self._log.read_text()))
 
     def saw(self, pattern, seconds=60):
         """Waits for the pattern in the simulator's log."""
-        find = lambda: re.search(pattern, self._log.read_text())
-        return until(find, seconds, lambda: f"{pattern} in {self._log.read_text()}")
+        until(lambda: self.count(pattern), seconds, lambda: f"{pattern} in {self._log.read_text()}")
 
     def stop(self):
         end(self.process)

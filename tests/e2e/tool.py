@@ -1,9 +1,8 @@
-"""The real program on a display of its own, used through the accessibility interface as a screen reader's user would."""
+"""The real program, used through the accessibility interface as a screen reader's user would."""
 
 import collections
 import os
 import re
-import subprocess
 
 import gi
 from Xlib import X, XK, display, protocol
@@ -25,28 +24,16 @@ Element = collections.namedtuple("Element", "owner path role name states")
 class Tool:
     def __init__(self, folder, environment=()):
         self._log = folder / "tool.log"
-        self._helpers = []
-        # Over TCP, as only its ports are the namespace's own: a socket file would replace that of another display.
-        transport = ["-listen", "tcp", "-nolisten", "unix", "-nolisten", "local"]
-        number = self._first_line("Xvfb", "-displayfd", "1", "-screen", "0", "1280x800x24", *transport)
-        self._display = display.Display(f"127.0.0.1:{number}")
-        environment = dict(os.environ, **dict(environment), DISPLAY=f"127.0.0.1:{number}", HOME=str(folder), XDG_RUNTIME_DIR=str(folder))
-        environment.update(QT_QPA_PLATFORM="xcb", QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1")
-        # The display's drivers leak, which is no fault of the tool.
-        environment.update(QT_XCB_GL_INTEGRATION="none", QT_FORCE_STDERR_LOGGING="1", QT_LOGGING_RULES="default.debug=true")
-        session = self._first_line("dbus-daemon", "--session", "--nofork", "--print-address", env=environment)
-        environment["DBUS_SESSION_BUS_ADDRESS"] = session
+        self._display = display.Display()
         # Asking starts the service, which a program that starts first would miss.
-        self._bus = _connection(session)
+        self._bus = _connection(os.environ["DBUS_SESSION_BUS_ADDRESS"])
         self._bus = _connection(self._call(("org.a11y.Bus", "/org/a11y/bus"), "org.a11y.Bus", "GetAddress"))
+        own = {"HOME": str(folder), "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1", **dict(environment)}
+        # The display's drivers leak, which is no fault of the tool.
+        own.update(QT_XCB_GL_INTEGRATION="none", QT_FORCE_STDERR_LOGGING="1", QT_LOGGING_RULES="default.debug=true")
         with open(self._log, "w", encoding="utf-8") as log:
-            self.process = start(PROGRAM, env=environment, cwd=folder, stdout=log, stderr=log)
+            self.process = start(PROGRAM, env={**os.environ, **own}, cwd=folder, stdout=log, stderr=log)
         self.sees("KelvoraTool - v.*")
-
-    def _first_line(self, *command, **options):
-        process = start(*command, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True, **options)
-        self._helpers.append(process)
-        return process.stdout.readline().strip()
 
     def close(self):
         """Closes the window as its frame's button does, and returns the program's status."""
@@ -60,8 +47,7 @@ class Tool:
 
     def end(self):
         self._display.close()
-        for process in (self.process, *reversed(self._helpers)):
-            end(process)
+        end(self.process)
 
     def log(self):
         return self._log.read_text()
