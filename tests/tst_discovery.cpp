@@ -148,19 +148,19 @@ private slots:
     {
         udpHBClient client(2);
         SignalOrder order(client);
-        client.processHeartbeat(HeartbeatBytes::screen(0x00, "A", true), at("10.0.0.1"));
+        client.processHeartbeat(HeartbeatBytes::device(Screen, "A", true), at("10.0.0.1"));
         QCOMPARE(order.take(), "listUpdated screenUpdated serverChanged listUpdated"_s);
         QCOMPARE(client.serverScreen(), &client.screens().at(0));
-        client.processHeartbeat(HeartbeatBytes::screen(0x50, "E", true), at("10.0.0.2"));
+        client.processHeartbeat(HeartbeatBytes::device(Eink, "E", true), at("10.0.0.2"));
         QCOMPARE(order.take(), "listUpdated screenUpdated"_s);
-        client.processHeartbeat(HeartbeatBytes::screen(0x20, "B"), at("10.0.0.1"));
+        client.processHeartbeat(HeartbeatBytes::device(Screen2, "B"), at("10.0.0.1"));
         QCOMPARE(order.take(), "screenUpdated serverRemoved listUpdated"_s);
         QCOMPARE(client.screens().at(0).type, "SCREEN2"_s);
-        client.processHeartbeat(HeartbeatBytes::n6("N6"), at("10.0.0.9"));
+        client.processHeartbeat(HeartbeatBytes::n6(), at("10.0.0.9"));
         QCOMPARE(order.take(), "serverChanged listUpdated n6"_s);
         QVERIFY(client.n6Online() && !client.serverScreen());
-        client.processHeartbeat(HeartbeatBytes::screen(0x72, "G"), at("10.0.0.3"));
-        client.processHeartbeat(HeartbeatBytes::screen(0x00, "VK38").left(38), at("10.0.0.4"));
+        client.processHeartbeat(HeartbeatBytes::device(Gyro, "G"), at("10.0.0.3"));
+        client.processHeartbeat(HeartbeatBytes::firstGeneration(), at("10.0.0.4"));
         QCOMPARE(order.take(), "gyro incompatible"_s);
         QCOMPARE(logged().join("; "_s),
                  "udpHB: Screen IP 10.0.0.1; udpHB: Server changed: 10.0.0.1; udpHB: E-Ink IP 10.0.0.2; "
@@ -197,7 +197,7 @@ private slots:
 
         greedy.close();
         client.createSockets();
-        const QByteArray whole = HeartbeatBytes::screen(0x00, "A");
+        const QByteArray whole = HeartbeatBytes::device(Screen, "A");
         for (const QByteArray &datagram : {QByteArray(), QByteArray(60000, 'x'), QByteArray(), whole})
             greedy.writeDatagram(datagram, at("127.0.0.1"), protocol::heartbeatPort);
         QTRY_COMPARE(client.screens().size(), 1);

@@ -28,9 +28,9 @@ private slots:
         // Half way between two ticks, so that all their silences end on the same one.
         QTimer::singleShot(protocol::tickIntervalMs / 2, &client, [&] {
             for (const char *address : {"127.0.0.21", "127.0.0.22", "127.0.0.23"})
-                client.processHeartbeat(HeartbeatBytes::screen(0x00, address), at(address));
-            client.processHeartbeat(HeartbeatBytes::n6("N6"), at("127.0.0.20"));
-            client.processHeartbeat(HeartbeatBytes::screen(0x72, "G"), at("127.0.0.30"));
+                client.processHeartbeat(HeartbeatBytes::device(Screen, address), at(address));
+            client.processHeartbeat(HeartbeatBytes::n6(), at("127.0.0.20"));
+            client.processHeartbeat(HeartbeatBytes::device(Gyro, "G"), at("127.0.0.30"));
         });
         QTRY_VERIFY(client.gyroOnline());
         QElapsedTimer silence;
@@ -40,7 +40,7 @@ private slots:
         bool replaced = false;
         connect(&client, &udpHBClient::screenRemoved, &client, [&] {
             if (!std::exchange(replaced, true))
-                client.processHeartbeat(HeartbeatBytes::screen(0x50, "new"), at("127.0.0.40"));
+                client.processHeartbeat(HeartbeatBytes::device(Eink, "new"), at("127.0.0.40"));
         });
         QTRY_VERIFY_WITH_TIMEOUT(!client.n6Online(), 9500);
         QVERIFY(silence.elapsed() > protocol::deviceTimeoutMs);
@@ -56,8 +56,8 @@ private slots:
     void confirmsSeveralServers()
     {
         udpHBClient client(2);
-        client.processHeartbeat(HeartbeatBytes::screen(0x00, "A", true), at("127.0.0.21"));
-        client.processHeartbeat(HeartbeatBytes::n6("N6"), at("127.0.0.20"));
+        client.processHeartbeat(HeartbeatBytes::device(Screen, "A", true), at("127.0.0.21"));
+        client.processHeartbeat(HeartbeatBytes::n6(), at("127.0.0.20"));
         QElapsedTimer conflict;
         SignalOrder order(client);
         QSignalSpy several(&client, &udpHBClient::multipleServers);
@@ -68,11 +68,11 @@ private slots:
             QCOMPARE(order.take(), "serverRemoved multipleServers"_s);
             QVERIFY(client.multipleServersDetected() && client.serverAddress().isNull());
             // The N6 would time out in the second round.
-            client.processHeartbeat(HeartbeatBytes::n6("N6"), at("127.0.0.20"));
-            client.processHeartbeat(HeartbeatBytes::screen(0x00, "A", true), at("127.0.0.21"));
+            client.processHeartbeat(HeartbeatBytes::n6(), at("127.0.0.20"));
+            client.processHeartbeat(HeartbeatBytes::device(Screen, "A", true), at("127.0.0.21"));
             order.take();
         }
-        client.processHeartbeat(HeartbeatBytes::screen(0x00, "A", false), at("127.0.0.21"));
+        client.processHeartbeat(HeartbeatBytes::device(Screen, "A", false), at("127.0.0.21"));
         QCOMPARE(order.take(), "screenUpdated serverChanged listUpdated"_s);
         QVERIFY(!client.multipleServersDetected());
     }
@@ -114,7 +114,7 @@ private slots:
         udpHBClient client(mode);
         QTRY_COMPARE(askedByMulticast, mode == 2 ? 0 : 2);
         if (serverKnown)
-            client.processHeartbeat(HeartbeatBytes::screen(0x00, "A", true), at("127.0.0.1"));
+            client.processHeartbeat(HeartbeatBytes::device(Screen, "A", true), at("127.0.0.1"));
         QElapsedTimer quiet;
         quiet.start();
         QTRY_VERIFY_WITH_TIMEOUT(quiet.elapsed() > 6500, 8000);

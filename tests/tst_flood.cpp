@@ -54,7 +54,7 @@ protected:
             senders.push_back(std::make_unique<QUdpSocket>());
             senders.back()->bind(host(0x100 + number));
         }
-        const quint8 kinds[] = {0x00, 0x20, 0x50};
+        const DeviceKind kinds[] = {Screen, Screen2, Eink};
         QByteArray junk(300, '\xFF');
         QElapsedTimer elapsed;
         elapsed.start();
@@ -64,7 +64,7 @@ protected:
                 junk[sent % 3] = static_cast<char>(sent % 251);
                 junk[38] = static_cast<char>(sent % 256);
                 const QByteArray whole =
-                    HeartbeatBytes::screen(kinds[number % 3], QByteArray::number(number));
+                    HeartbeatBytes::device(kinds[number % 3], QByteArray::number(number));
                 senders[static_cast<size_t>(number)]->writeDatagram(valid ? whole : junk, host(1),
                                                                     protocol::heartbeatPort);
             }

@@ -289,7 +289,7 @@ private slots:
         Answers answers(row.action == "backupButton"_s ? folder->filePath("x"_s) : target);
         const auto hear = [&] {
             if (row.heard == "several") {
-                client->processHeartbeat(HeartbeatBytes::screen(0x00, "S", true), boatAddress(displayHost));
+                client->processHeartbeat(HeartbeatBytes::device(Screen, "S", true), boatAddress(displayHost));
                 QTRY_VERIFY(client->multipleServersDetected());
                 return;
             }

@@ -99,7 +99,8 @@ private slots:
         };
         // Building 250 lists of up to 250 rows would hold the window for seconds.
         for (quint32 display = 0; display < 250; ++display) {
-            client.processHeartbeat(HeartbeatBytes::screen(0, "R&S"), QHostAddress(0x7F000100U + display));
+            client.processHeartbeat(HeartbeatBytes::device(Screen, "R&S"),
+                                    QHostAddress(0x7F000100U + display));
             built += rowsOf(page).constLast();
             if (display == 1) {
                 box(1)->setFocus();
@@ -111,7 +112,7 @@ private slots:
         button(page, "&Abort Update"_s)->click();
         emit client.listUpdated();
         QVERIFY(built.constFirst().isNull() && isKept());
-        client.processHeartbeat(HeartbeatBytes::screen(0x50, "E"), QHostAddress(0x7F000100U));
+        client.processHeartbeat(HeartbeatBytes::device(Eink, "E"), QHostAddress(0x7F000100U));
         QCOMPARE(rowsOf(page).size(), 249);
     }
 
@@ -125,7 +126,7 @@ private slots:
         auto *dialog = window.findChild<QFileDialog *>();
         QCOMPARE(dialog->sidebarUrls().constFirst(), QUrl::fromLocalFile(dialog->directory().path()));
         QCOMPARE(dialog->sidebarUrls().constLast(), QUrl::fromLocalFile(QDir::homePath()));
-        client.processHeartbeat(HeartbeatBytes::screen(0, "A"), at("127.0.0.1"));
+        client.processHeartbeat(HeartbeatBytes::device(Screen, "A"), at("127.0.0.1"));
         // As a first-generation device makes the window do.
         page->setEnabled(false);
         QVERIFY(dialog->isEnabled() && rowsOf(*page).isEmpty());
@@ -184,8 +185,8 @@ private slots:
         MonitorUpdate page(&client, "SCREEN"_s, nullptr);
         page.show();
         QTRY_COMPARE(rowsOf(page).size(), 11);
-        client.processHeartbeat(HeartbeatBytes::screen(0, "A"), boatAddress(firstDisplayHost));
-        client.processHeartbeat(HeartbeatBytes::screen(0, "B"), boatAddress(firstDisplayHost + 1));
+        client.processHeartbeat(HeartbeatBytes::device(Screen, "A"), boatAddress(firstDisplayHost));
+        client.processHeartbeat(HeartbeatBytes::device(Screen, "B"), boatAddress(firstDisplayHost + 1));
         const auto rows = rowsOf(page);
         QCOMPARE(rows.size(), 13);
         rows.constLast()->findChild<QCheckBox *>()->click();
@@ -200,7 +201,7 @@ private slots:
         QTRY_VERIFY(button(page, "&Start Update"_s)->isVisible());
         emit client.listUpdated();
         QCOMPARE(rowsOf(page).size(), 11);
-        client.processHeartbeat(HeartbeatBytes::screen(0, "B"), boatAddress(firstDisplayHost + 1));
+        client.processHeartbeat(HeartbeatBytes::device(Screen, "B"), boatAddress(firstDisplayHost + 1));
         QVERIFY2(rowsOf(page).constLast()->isTicked(), "its choice went with it");
     }
 
@@ -250,7 +251,7 @@ private slots:
     {
         udpHBClient client(passiveMode);
         MonitorUpdate page(&client, "SCREEN"_s, nullptr);
-        client.processHeartbeat(HeartbeatBytes::screen(0, "A"), boatAddress(unusedHost));
+        client.processHeartbeat(HeartbeatBytes::device(Screen, "A"), boatAddress(unusedHost));
         for (const bool aborts : {false, true}) {
             const QPointer<MonitorUpdateWidget> row = rowsOf(page).at(0);
             connect(row, &MonitorUpdateWidget::updateComplete, &page, &MonitorUpdate::newMonitors);

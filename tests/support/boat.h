@@ -10,8 +10,6 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
-#include <csignal>
-
 /// The address of the device with this host number, as the boat network has it.
 inline QHostAddress boatAddress(int host)
 {
@@ -35,7 +33,6 @@ public:
         process.waitForFinished();
     }
 
-    void send(int signal) { ::kill(static_cast<pid_t>(process.processId()), signal); }
     /// All that happened so far, one line each.
     QByteArray log() { return heard += process.readAllStandardOutput(); }
     void waitFor(const QByteArray &event) { QTRY_VERIFY_WITH_TIMEOUT(log().contains(event), 10000); }
