@@ -1,4 +1,4 @@
-"""The program as a user meets it: with a boat on another host, and with what goes wrong there."""
+# The program as a user meets it: with a boat on another host, and with what goes wrong there.
 
 import functools
 import hashlib
@@ -27,8 +27,8 @@ class Scenario(unittest.TestCase):
     PAGE = None  # the first one
     ENVIRONMENT = {}  # of the tool
 
+    # A boat with an N6, a gyro and six displays, all known to the tool.
     def begin(self, *options, **network):
-        """A boat with an N6, a gyro and six displays, all known to the tool."""
         folder = tempfile.TemporaryDirectory(prefix="kelvora-")
         self.addCleanup(folder.cleanup)
         self.folder = pathlib.Path(folder.name)
@@ -47,12 +47,12 @@ class Scenario(unittest.TestCase):
         self.addCleanup(boat.stop)
         return boat
 
+    # How often the tool said so.
     def logged(self, pattern):
-        """How often the tool said so."""
         return len(re.findall(pattern, self.tool.log()))
 
+    # Meanwhile the tool has to answer, and to notice.
     def pull_plug(self, seconds=10):
-        """Meanwhile the tool has to answer, and to notice."""
         if not self.network.has_plug:
             self.skipTest("no plug to pull without a namespace")
         self.network.plug("down")
@@ -74,8 +74,8 @@ class Scenario(unittest.TestCase):
         self.finish()
 
 
+# A scenario without a turn on the way.
 def through(*arguments, **options):
-    """A scenario without a turn on the way."""
     return functools.partialmethod(Scenario.run_through, *arguments, **options)
 
 
@@ -106,8 +106,8 @@ class DisplayUpdate(Scenario):
         progress = lambda: [self.tool.value(bar) > 0 for bar in self.tool.elements(role="progress bar")]
         until(lambda: progress() == [True] * 3, 60, "progress of all")
 
+    # The SCREEN displays got the package, and no other did.
     def finish(self):
-        """The SCREEN displays got the package, and no other did."""
         for number in (1, 2, 3):
             self.boat.saw(f"screen-{number} stored path=/update/image bytes=.* sha256={checksum(self.file)}", 120)
         self.tool.sees("Start Update", "push button", ENABLED)
@@ -161,13 +161,16 @@ class N6Page(Scenario):
 
     def test_port_modes_also_at_a_new_address(self):
         self.begin()
-        self.tool.sees(r"N6-30001234   \(N6 Flint\)", "label")
+        for text in (r"N6-30001234   \(N6 Flint\)", r"\d.*   \(FW \d.*\)", f"{PREFIX}10"):
+            self.tool.sees(text, "label")
         for port, code, text in ((1, 6, "NMEA0183-HS"), (2, 1, "B&G Fastnet")):
             self.choose_next_mode(port)
             self.boat.saw(f"port-mode setting=port{port}Mode code={code}")
             self.tool.sees(text, "combo box")
         self.assertEqual(self.boat.count("port-mode"), 2)
         self.boat.stop()
+        self.tool.sees("no device found", "label")
+        self.assertFalse(self.tool.elements(rf"{PREFIX}10|.*\(FW .*", "label"))
         moved = self.start_boat(f"--address=n6={PREFIX}14")
         self.tool.sees(f"{PREFIX}14", "label")
         self.choose_next_mode(1)
@@ -188,6 +191,8 @@ class Backup(Scenario):
         self.tool.answer("Backup download complete!", "Settings backup complete.", "OK")
         self.boat.saw(f"archive-ready .* sha256={checksum(self.part.with_suffix(''))}")
         self.assertFalse(self.part.exists())
+        # Where the dialog was, for the next run.
+        self.assertIn("settings=", (self.folder / ".config/Kelvora/KelvoraTool.conf").read_text())
         super().finish()
 
     test_backup = through()
@@ -229,8 +234,8 @@ class Settings(Scenario):
     test_restore_over_a_slow_link = functools.partialmethod(restore, "--ftp-fault=n6=slow:60000", padding=3_000_000)
     test_restore_with_delay = functools.partialmethod(restore, **DELAY)
 
+    # The two take turns as the server. The tool may not send to one of them what was meant for the other.
     def test_factory_reset_beside_a_second_n6(self):
-        """The two take turns as the server. The tool may not send to one of them what was meant for the other."""
         self.begin("--second-n6")
 
         def reset():

@@ -1,4 +1,4 @@
-"""The real program, used through the accessibility interface as a screen reader's user would."""
+# The real program, used through the accessibility interface as a screen reader's user would.
 
 import collections
 import os
@@ -35,8 +35,8 @@ class Tool:
             self.process = start(PROGRAM, env={**os.environ, **own}, cwd=folder, stdout=log, stderr=log)
         self.sees("KelvoraTool - v.*")
 
+    # Closes the window as its frame's button does, and returns the program's status.
     def close(self):
-        """Closes the window as its frame's button does, and returns the program's status."""
         windows = self._display.screen().root.query_tree().children
         window = next(each for each in windows if (each.get_wm_name() or "").startswith("KelvoraTool - v"))
         atom = self._display.intern_atom
@@ -72,14 +72,14 @@ class Tool:
         except GLib.Error:
             pass  # gone while it was looked at
 
+    # All that have this name, role and state and are on the screen.
     def elements(self, name=".*", role=".*", state=SHOWING):
-        """All that have this name, role and state and are on the screen."""
         wanted = 1 << SHOWING | 1 << state
         there = (each for each in self._below(_ROOT) if each.states & wanted == wanted)
         return [each for each in there if re.fullmatch(role, each.role) and re.fullmatch(name, each.name, re.DOTALL)]
 
+    # The first of at least so many such elements, once they are there.
     def sees(self, name, role=".*", state=SHOWING, count=1, seconds=60):
-        """The first of at least so many such elements, once they are there."""
         def enough():
             assert self.process.poll() is None, f"the tool ended with {self.process.returncode}: {self.log()}"
             found = self.elements(name, role, state)
@@ -94,8 +94,7 @@ class Tool:
 
     def act(self, element, action):
         interface = "org.a11y.atspi.Action"
-        count = self._get(element[:2], "Action", "NActions")
-        names = [self._call(element[:2], interface, "GetName", GLib.Variant("(i)", (i,))) for i in range(count)]
+        names = [name for name, *_ in self._call(element[:2], interface, "GetActions")]
         self._call(element[:2], interface, "DoAction", GLib.Variant("(i)", (names.index(action),)))
 
     def press(self, name, role="push button"):
@@ -107,15 +106,15 @@ class Tool:
         self._call(field[:2], "org.a11y.atspi.EditableText", "SetTextContents", GLib.Variant("(s)", (str(path),)))
         self.press(button)
 
+    # Answers a message box, which has to say this.
     def answer(self, title, text, button):
-        """Answers a message box, which has to say this."""
         self.sees(title, ".*alert.*|dialog")
         self.sees(text, "label")
         self.press(button)
         until(lambda: not self.elements(title, ".*alert.*|dialog"), 20, f"{title} closed")
 
+    # Opens a combo box and takes the entry below the current one.
     def select_next(self, box):
-        """Opens a combo box and takes the entry below the current one."""
         self.act(box, "Press")
         for key in ("Down", "Return"):
             code = self._display.keysym_to_keycode(XK.string_to_keysym(key))
