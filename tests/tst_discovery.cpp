@@ -6,15 +6,19 @@
 #include "discovery/protocol.h"
 #include "discovery/udphbclient.h"
 #include "tests/support/heartbeatbytes.h"
-#include "tests/support/rows.h"
 #include "tests/support/signalorder.h"
 #include "tests/support/text.h"
 
+#include <QNetworkDatagram>
+#include <QNetworkInterface>
+#include <QSet>
+#include <QSignalSpy>
 #include <QTest>
 #include <QUdpSocket>
 
 #include <limits>
 #include <tuple>
+#include <utility>
 #include <vector>
 
 namespace
@@ -33,33 +37,24 @@ QStringList &logged()
 QString told(const QByteArray &datagram)
 {
     const heartbeat::Decoded decoded = heartbeat::decode(datagram);
-    const auto all = [](const auto &device, const char *rest) {
-        return "%1 OS %2 APP %3 %4 V "_s.arg(device.serial, device.systemVersion, device.applicationVersion)
-                   .arg(device.supplyVoltage) +
-               QLatin1String(rest);
+    QString record;
+    QDebug out = QDebug(&record).noquote();
+    const auto tell = [&](const auto &device, const auto &...more) {
+        out << device.serial << "OS" << device.systemVersion << "APP" << device.applicationVersion;
+        out << device.supplyVoltage << "V";
+        (out << ... << more);
     };
     if (const auto *screen = std::get_if<ScreenDevice>(&decoded))
-        return all(*screen, "%1 lux FW %2 %3%4%5")
-            .arg(screen->ambientLux)
-            .arg(screen->firmwareVersion, screen->type, screen->isServer ? " server"_s : QString(),
-                 screen->lsFlag ? " LS"_s : QString());
-    if (const auto *n6 = std::get_if<N6Device>(&decoded))
-        return all(*n6, "model %1 modes %2 %3 FW %4")
-            .arg(n6->model)
-            .arg(n6->port1Mode)
-            .arg(n6->port2Mode)
-            .arg(n6->firmwareVersion);
-    if (const auto *gyro = std::get_if<GyroDevice>(&decoded))
-        return all(*gyro, "status %1").arg(gyro->status);
-    return std::holds_alternative<heartbeat::Incompatible>(decoded) ? "first generation"_s : "ignored"_s;
+        tell(*screen, screen->ambientLux, "lux", screen->type, screen->firmwareVersion, screen->isServer,
+             screen->lsFlag);
+    else if (const auto *n6 = std::get_if<N6Device>(&decoded))
+        tell(*n6, n6->model, n6->port1Mode, n6->port2Mode, n6->firmwareVersion);
+    else if (const auto *gyro = std::get_if<GyroDevice>(&decoded))
+        tell(*gyro, gyro->status);
+    else
+        out << (std::holds_alternative<heartbeat::Incompatible>(decoded) ? "first generation" : "ignored");
+    return record.trimmed();
 }
-
-// What a device sends, and the record that it becomes.
-struct Heard {
-    const char *name;
-    QByteArray datagram;
-    QString record;
-};
 
 QByteArray full(DeviceKind kind)
 {
@@ -81,7 +76,6 @@ QByteArray older(const QByteArray &serial, int length, DeviceKind kind = Screen,
 }
 
 } // namespace
-Q_DECLARE_METATYPE(Heard)
 
 class TestDiscovery : public QObject
 {
@@ -94,36 +88,37 @@ private slots:
     }
     void init() { logged().clear(); }
 
-    void decodes_data()
+    void decodes()
     {
         const QString text = "0123456789abcd\u00e9 OS 5.1\u00e9 APP  "_s, ignored = "ignored"_s,
                       firstGeneration = "first generation"_s;
         const QByteArray whole = full(Screen);
-        addRows<Heard>({
-            {"a display", whole + "more", text + "12.35 V 351.46 lux FW 1.4.22 SCREEN server LS"_s},
-            {"a second type", full(Screen2), text + "12.35 V 351.46 lux FW 1.4.22 SCREEN2 server LS"_s},
-            {"an e-ink display tells less", full(Eink), text + "nan V 351.46 lux FW  EINK LS"_s},
-            {"a gyro", full(Gyro), text + "12.35 V status -1"_s},
-            {"an N6", HeartbeatBytes::n6("N", 5, 6, -2),
-             "N OS 5.1.2-rt APP 3.6 12 V model 5 modes 6 -2 FW 1.4"_s},
-            {"the shortest", measured(1, 1), "S OS  APP  1 V 1 lux FW  SCREEN"_s},
-            {"halves go away from zero", measured(0.125, 0.125), "S OS  APP  0.13 V 0.13 lux FW  SCREEN"_s},
-            {"nothing is negative", measured(-1, -infinite), "S OS  APP  0 V 0 lux FW  SCREEN"_s},
-            {"no zero is negative", measured(-0.0, -0.0), "S OS  APP  0 V 0 lux FW  SCREEN"_s},
-            {"no number", measured(none, none), "S OS  APP  nan V 0 lux FW  SCREEN"_s},
-            {"infinite numbers", measured(infinite, infinite), "S OS  APP  inf V inf lux FW  SCREEN"_s},
-            {"more than integers hold", measured(1e38, 1e38), "S OS  APP  1e+38 V 1e+38 lux FW  SCREEN"_s},
+        using Row = std::tuple<const char *, QByteArray, QString>;
+        const Row rows[] = {
+            {"a display", whole + "more", text + "12.35 V 351.46 lux SCREEN 1.4.22 true true"_s},
+            {"a second type", full(Screen2), text + "12.35 V 351.46 lux SCREEN2 1.4.22 true true"_s},
+            {"an e-ink display tells less", full(Eink), text + "nan V 351.46 lux EINK  false true"_s},
+            {"a gyro", full(Gyro), text + "12.35 V -1"_s},
+            {"an N6", HeartbeatBytes::n6("N", 5, 6, -2), "N OS 5.1.2-rt APP 3.6 12 V 5 6 -2 1.4"_s},
+            {"the shortest", measured(1, 1), "S OS  APP  1 V 1 lux SCREEN  false false"_s},
+            {"halves go away from zero", measured(0.125, 0.125),
+             "S OS  APP  0.13 V 0.13 lux SCREEN  false false"_s},
+            {"nothing is negative", measured(-1, -infinite), "S OS  APP  0 V 0 lux SCREEN  false false"_s},
+            {"no zero is negative", measured(-0.0, -0.0), "S OS  APP  0 V 0 lux SCREEN  false false"_s},
+            {"no number", measured(none, none), "S OS  APP  nan V 0 lux SCREEN  false false"_s},
+            {"infinite", measured(infinite, infinite), "S OS  APP  inf V inf lux SCREEN  false false"_s},
+            {"enormous", measured(1e38, 1e38), "S OS  APP  1e+38 V 1e+38 lux SCREEN  false false"_s},
             {"not valid", older("S", 54, Screen, 0), ignored},
             {"an unknown kind", QByteArray(whole).replace(0, 1, "!"), ignored},
-            {"one byte of nothing", whole.left(1), ignored},
+            {"a single byte", whole.left(1), ignored},
             {"less than traffic", whole.left(17), ignored},
             {"as little as traffic", whole.left(18), ignored},
             {"no second length", measured(1, 1).left(39), ignored},
             {"a byte too short", older("S", 53), ignored},
             {"a first length to the end", whole.left(38) + QByteArray("\1\0", 2), ignored},
-            {"a first length that is negative", whole.left(38) + QByteArray("\x80\0", 2) + whole, ignored},
+            {"a negative first length", whole.left(38) + QByteArray("\x80\0", 2) + whole, ignored},
             {"a second length beyond the end", whole.left(38) + QByteArray("\0\1", 2), ignored},
-            {"a second length that is negative", whole.left(38) + QByteArray("\0\xff", 2) + whole, ignored},
+            {"a negative second length", whole.left(38) + QByteArray("\0\xff", 2) + whole, ignored},
             {"the first generation", older("aVK38b", 38, Screen, 0), firstGeneration},
             {"the first generation, cut", older("TZ582", 18, Screen, 0), firstGeneration},
             {"also with a hub's name", older("VHUB-TZ582", 38), firstGeneration},
@@ -131,20 +126,18 @@ private slots:
             {"an older device's valid heartbeat", older("VK38", 54), ignored},
             {"a hub", older("VHUB1", 54), ignored},
             {"an older name in another kind", older("VK38", 38, Screen2), ignored},
-            {"an older name behind the end", measured(1, 1).replace(3, 4, "VK38"),
-             "S OS  APP  1 V 1 lux FW  SCREEN"_s},
-            {"another case", older("vk38", 54), "vk38 OS 12345678901234 APP  0 V 0 lux FW  SCREEN"_s},
-        });
-    }
-
-    void decodes()
-    {
-        QFETCH(const Heard, row);
-        // An exact copy on the heap, so that a sanitizer sees any read past the end.
-        const std::vector<char> exact(row.datagram.begin(), row.datagram.end());
-        const auto datagram = QByteArray::fromRawData(exact.data(), row.datagram.size());
-        QCOMPARE(told(datagram), row.record);
-        QCOMPARE(heartbeat::isTraffic(datagram), datagram.size() > 17);
+            {"an older name behind the end", QByteArray(measured(1, 1)).replace(3, 4, "VK38"),
+             "S OS  APP  1 V 1 lux SCREEN  false false"_s},
+            {"another case", older("vk38", 54),
+             "vk38 OS 12345678901234 APP  0 V 0 lux SCREEN  false false"_s},
+        };
+        for (const auto &[name, bytes, record] : rows) {
+            // An exact copy on the heap, so that a sanitizer sees any read past the end.
+            const std::vector<char> exact(bytes.begin(), bytes.end());
+            const auto datagram = QByteArray::fromRawData(exact.data(), bytes.size());
+            QVERIFY2(told(datagram) == record, qPrintable(QLatin1String(name) + ": "_s + told(datagram)));
+            QCOMPARE(heartbeat::isTraffic(datagram), datagram.size() > 17);
+        }
     }
 
     void choosesInterfaces()
@@ -240,6 +233,113 @@ private slots:
         QCOMPARE(names.join(QLatin1Char('|')),
                  "Unknown|N6 Larch|N6 Moss|N6 Flint|N6 Fjord|N6 Heron|Unknown"_s);
         QCOMPARE(displayAddress(at("::ffff:10.0.0.1")), "10.0.0.1"_s);
+    }
+
+    // What takes real seconds: silence, repeats and renewed sockets.
+
+    void timesSilentDevicesOut()
+    {
+        udpHBClient client(2);
+        QSignalSpy ticked(&client, &udpHBClient::heartbeatTick);
+        QVERIFY(ticked.wait());
+        // Half way between two ticks, so that all their silences end on the same one.
+        QTimer::singleShot(protocol::tickIntervalMs / 2, &client, [&] {
+            for (const char *address : {"127.0.0.21", "127.0.0.22", "127.0.0.23"})
+                client.processHeartbeat(HeartbeatBytes::device(Screen, address), at(address));
+            client.processHeartbeat(HeartbeatBytes::n6(), at("127.0.0.20"));
+            client.processHeartbeat(HeartbeatBytes::device(Gyro, "G"), at("127.0.0.30"));
+        });
+        QTRY_VERIFY(client.gyroOnline());
+        QElapsedTimer silence;
+        silence.start();
+        SignalOrder order(client);
+        // A slot may change the list under the client's feet.
+        bool replaced = false;
+        connect(&client, &udpHBClient::screenRemoved, &client, [&] {
+            if (!std::exchange(replaced, true))
+                client.processHeartbeat(HeartbeatBytes::device(Eink, "new"), at("127.0.0.40"));
+        });
+        QTRY_VERIFY_WITH_TIMEOUT(!client.n6Online(), 9500);
+        QVERIFY(silence.elapsed() > protocol::deviceTimeoutMs);
+        QCOMPARE(order.take(),
+                 "screenRemoved listUpdated screenUpdated screenRemoved screenRemoved n6 gyro serverRemoved "
+                 "listUpdated listUpdated"_s);
+        QCOMPARE(client.screens().size(), 1);
+        QCOMPARE(client.screens().at(0).serial, "new"_s);
+        QVERIFY(!client.gyroOnline() && client.serverAddress().isNull());
+        QVERIFY(client.n6Device().address.isNull() && client.gyroDevice().address.isNull());
+    }
+
+    void confirmsSeveralServers()
+    {
+        udpHBClient client(2);
+        client.processHeartbeat(HeartbeatBytes::device(Screen, "A", true), at("127.0.0.21"));
+        client.processHeartbeat(HeartbeatBytes::n6(), at("127.0.0.20"));
+        QElapsedTimer conflict;
+        SignalOrder order(client);
+        QSignalSpy several(&client, &udpHBClient::multipleServers);
+        for (int round = 0; round < 2; ++round) {
+            conflict.start();
+            QVERIFY(several.wait(protocol::multipleServersConfirmMs + 2 * protocol::tickIntervalMs));
+            QVERIFY(conflict.elapsed() > protocol::multipleServersConfirmMs - protocol::tickIntervalMs);
+            QCOMPARE(order.take(), "serverRemoved multipleServers"_s);
+            QVERIFY(client.multipleServersDetected() && client.serverAddress().isNull());
+            // The N6 would time out in the second round.
+            client.processHeartbeat(HeartbeatBytes::n6(), at("127.0.0.20"));
+            client.processHeartbeat(HeartbeatBytes::device(Screen, "A", true), at("127.0.0.21"));
+            order.take();
+        }
+        client.processHeartbeat(HeartbeatBytes::device(Screen, "A", false), at("127.0.0.21"));
+        QCOMPARE(order.take(), "screenUpdated serverChanged listUpdated"_s);
+        QVERIFY(!client.multipleServersDetected());
+    }
+
+    void asksAgainAndRenewsSockets_data()
+    {
+        QTest::addColumn<int>("mode");
+        QTest::addColumn<bool>("serverKnown");
+        QTest::addColumn<int>("rounds");
+        // Rounds of multicast within six and a half seconds: one at the start, another after more than four.
+        QTest::newRow("active, nobody there") << 0 << false << 2;
+        QTest::newRow("active, server silent") << 0 << true << 2;
+        QTest::newRow("sparing, server silent") << 1 << true << 1;
+        QTest::newRow("passive") << 2 << true << 0;
+    }
+
+    void asksAgainAndRenewsSockets()
+    {
+        const auto boat = QNetworkInterface::interfaceFromName("boat0"_s);
+        if (!boat.isValid())
+            QSKIP("multicast needs a network namespace");
+        QFETCH(int, mode);
+        QFETCH(bool, serverKnown);
+        QFETCH(int, rounds);
+        // A device that answers nothing but notes how it was asked.
+        QUdpSocket device;
+        QVERIFY(device.bind(QHostAddress(QHostAddress::AnyIPv4), protocol::requestPort));
+        QVERIFY(device.joinMulticastGroup(protocol::multicastGroup(), boat));
+        int askedByMulticast = 0, askedAlone = 0;
+        QSet<int> askingPorts;
+        connect(&device, &QUdpSocket::readyRead, &device, [&] {
+            while (device.hasPendingDatagrams()) {
+                const QNetworkDatagram asked = device.receiveDatagram();
+                QCOMPARE(asked.data(), QByteArray(1, '\0'));
+                ++(asked.destinationAddress() == protocol::multicastGroup() ? askedByMulticast : askedAlone);
+                askingPorts += asked.senderPort();
+            }
+        });
+        udpHBClient client(mode);
+        QTRY_COMPARE(askedByMulticast, mode == 2 ? 0 : 2);
+        if (serverKnown)
+            client.processHeartbeat(HeartbeatBytes::device(Screen, "A", true), at("127.0.0.1"));
+        QElapsedTimer quiet;
+        quiet.start();
+        QTRY_VERIFY_WITH_TIMEOUT(quiet.elapsed() > 6500, 8000);
+        // Each round goes out from both sockets.
+        QCOMPARE(askedByMulticast, 2 * rounds);
+        QCOMPARE(askedAlone > 0, serverKnown && rounds > 0);
+        // After more than eight seconds without traffic new sockets ask, and one of them from a new port.
+        QTRY_COMPARE_WITH_TIMEOUT(askingPorts.size(), rounds == 0 ? 0 : 3, 5000);
     }
 };
 
