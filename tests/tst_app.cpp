@@ -72,6 +72,7 @@ private slots:
         Mainwindow window;
         QVERIFY(window.windowTitle().endsWith(" - v3.6"_s));
         QCOMPARE(window.windowIcon().availableSizes().size(), 6);
+        QVERIFY(window.minimumSize() == QSize(770, 500) && window.size() == QSize(900, 640));
         const auto &strip = *window.findChild<connectionState *>();
         const auto *tabs = window.findChild<QTabWidget *>();
         auto *client = window.findChild<udpHBClient *>();

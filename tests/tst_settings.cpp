@@ -290,6 +290,8 @@ private slots:
         if (!page)
             return;
         heartbeat();
+        QCOMPARE(page->findChild<QLabel *>("label_CurrentServer"_s)->text(),
+                 "Current server:  "_s + QString::fromLatin1(serial));
         for (const QString &name : {backup, restore, factory})
             QCOMPARE(control(name)->isEnabled(), !row.boxes.contains(backupUncreated));
     }
@@ -306,10 +308,12 @@ private slots:
                                                    {home.filePath("sub"_s), "1.2.26"_s, "1.2.26.tar.gz"_s},
                                                    {home.path(), "Old 1.2.26"_s, "new.tar.gz"_s}}) {
             Answers answers(home.filePath(typed));
-            QString seen;
+            QString seen, offered;
             answers.answer = [&](QDialog *shown) {
-                if (const auto *dialog = qobject_cast<QFileDialog *>(shown); dialog && seen.isEmpty())
+                if (const auto *dialog = qobject_cast<QFileDialog *>(shown); dialog && seen.isEmpty()) {
                     seen = dialog->directory().path();
+                    offered = dialog->findChild<QLineEdit *>()->text();
+                }
                 // Asked whether to replace the older one, the user says no and then types another name.
                 if (shown->windowTitle() == "Save As"_s && qobject_cast<QMessageBox *>(shown) != nullptr) {
                     answers.file = home.filePath("new"_s);
@@ -320,6 +324,8 @@ private slots:
             click(backup);
             QTRY_COMPARE(answers.boxes, QStringList(backupComplete));
             QCOMPARE(seen, opened);
+            QVERIFY(offered.startsWith("kelvora-settings-backup-20"_s) &&
+                    !offered.contains(QLatin1Char(':')));
             QCOMPARE(contents(home.filePath(saved)), gzip());
         }
         QCOMPARE(contents(old), older);

@@ -31,6 +31,7 @@ namespace
 {
 
 constexpr int longestTransferMs = 60000;
+const char *const wholeSession = "USER kwz|PASS kwz|CWD update|TYPE I|PASV|ALLO 500000|STOR image|QUIT";
 constexpr Upload::Patience usualPatience;
 static_assert(usualPatience.forReplyMs == 180'000 && usualPatience.forConfirmationMs == 600'000);
 
@@ -191,6 +192,8 @@ private slots:
         const QList<QUrl> usual = QFileDialog().sidebarUrls();
         page->startClicked();
         auto *dialog = window.findChild<QFileDialog *>();
+        QCOMPARE(dialog->nameFilters(), QStringList("Kelvora Instrument Update (*screen-update*.tar.gz)"_s));
+        QVERIFY(dialog->fileMode() == QFileDialog::ExistingFile);
         QCOMPARE(dialog->sidebarUrls().constFirst(), QUrl::fromLocalFile(dialog->directory().path()));
         QCOMPARE(dialog->sidebarUrls().constLast(), QUrl::fromLocalFile(QDir::homePath()));
         client.processHeartbeat(HeartbeatBytes::device(Screen, "A"), at("127.0.0.1"));
@@ -219,6 +222,7 @@ private slots:
         QCOMPARE(rowsOf(boat.page), rows);
         QVERIFY(boat.abort()->isVisible() && !boat.start()->isVisible());
         QCOMPARE(boat.told(0) + boat.told(12), "Downloading..."_s);
+        QCOMPARE(boat.row(0)->findChild<QProgressBar *>()->value(), 1000000);
         QTRY_VERIFY_WITH_TIMEOUT(boat.start()->isVisible(), longestTransferMs);
         for (const auto &display : boat.played)
             QCOMPARE(display->uploadedBytes, display == boat.played.back() ? 0 : 1000000);
@@ -289,7 +293,7 @@ private slots:
         // It is over when both displays have it, and no sooner.
         QTRY_VERIFY(boat.start()->isVisible());
         for (const auto &display : boat.played)
-            QVERIFY(display->uploadedBytes == 500000 && display->lines.contains("QUIT"));
+            QCOMPARE(display->lines.join('|'), QByteArray(wholeSession));
     }
 
     void rowsMayBeRebuiltFromTheirOwnSignal()
