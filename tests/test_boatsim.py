@@ -13,11 +13,10 @@ from boat.n6 import N6  # noqa: E402
 
 class N6Settings(unittest.TestCase):
     def test_a_reset_needs_the_serial_and_the_archive_survives_it(self):
-        home = tempfile.TemporaryDirectory()
-        self.addCleanup(home.cleanup)
-        pathlib.Path(home.name, "media").mkdir()
+        home = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
+        (home / "media").mkdir()
         n6, due = N6(name="n6", address="", serial="S1"), []
-        n6.start(home.name, lambda *_, **__: None, lambda _, action: due.append(action), lambda _: None)
+        n6.start(home, lambda *_, **__: None, lambda _, action: due.append(action), lambda _: None)
         n6.obey(b"\x30\x06")
         n6.obey(b"\x07")
         due.pop()()
