@@ -22,7 +22,8 @@ class InBoatNetwork(unittest.TestCase):
     def test_where_namespaces_are_refused_the_command_runs_directly(self):
         with tempfile.TemporaryDirectory() as folder:
             pathlib.Path(folder, "unshare").symlink_to("/bin/false")
-            ended = self.run_in_it("printenv", "KELVORA_BOAT_PREFIX", PATH=f"{folder}:{os.environ['PATH']}", TMPDIR=folder)
+            refusing = {"PATH": f"{folder}:{os.environ['PATH']}", "TMPDIR": folder}
+            ended = self.run_in_it("printenv", "KELVORA_BOAT_PREFIX", **refusing)
         self.assertEqual(ended.stdout, "127.0.0.\n")
 
 

@@ -46,7 +46,8 @@ def tap(name):
     return device
 
 
-# Passes on what one tap hears to another one, with loss (0 to 1) and delay (seconds): not every kernel can do that itself.
+# Passes on what one tap hears to another one, with loss (0 to 1) and delay (seconds): not every kernel can do that
+# itself.
 class Wire(threading.Thread):
     def __init__(self, near, far, loss, delay):
         super().__init__(daemon=True)
@@ -66,8 +67,9 @@ class Wire(threading.Thread):
                     os.write(self._far, under_way.popleft()[1])
 
 
-# The tool's host is the caller's own network namespace; the boat's is another one, at the other end of a cable. Where there
-# are no namespaces, the boat has the caller's own addresses. Loss and delay meet what is sent "from" the tool or the boat.
+# The tool's host is the caller's own network namespace; the boat's is another one, at the other end of a cable. Where
+# there are no namespaces, the boat has the caller's own addresses. Loss and delay meet what is sent "from" the tool or
+# the boat.
 class Network:
     def __init__(self, loss=0.0, delay=0.0, impaired="tool"):
         self.has_plug = PREFIX != "127.0.0."
@@ -78,15 +80,17 @@ class Network:
             self._plug_in(loss, delay, impaired)
 
     def _plug_in(self, loss, delay, impaired):
-        self._boat = start("unshare", *([] if IS_ROOT else ["--user", "--map-root-user"]), "--net", "--", "cat", stdin=subprocess.PIPE)
+        become_root = [] if IS_ROOT else ["--user", "--map-root-user"]
+        stay_oneself = [] if IS_ROOT else ["--user", "--preserve-credentials"]
+        self._boat = start("unshare", *become_root, "--net", "--", "cat", stdin=subprocess.PIPE)
         proc = pathlib.Path(f"/proc/{self._boat.pid}")
         # Without its users, which come a moment later, it would give no right to those who enter.
-        is_apart = lambda: os.readlink(proc / "ns/net") != os.readlink("/proc/self/ns/net") and (proc / "uid_map").read_text()
-        until(is_apart, 20, "a network namespace")
-        self._enter = ["nsenter", f"--target={self._boat.pid}", *([] if IS_ROOT else ["--user", "--preserve-credentials"]), "--net"]
+        own = os.readlink("/proc/self/ns/net")
+        until(lambda: os.readlink(proc / "ns/net") != own and (proc / "uid_map").read_text(), 20, "a network namespace")
+        self._enter = ["nsenter", f"--target={self._boat.pid}", *stay_oneself, "--net"]
         self._ip("link delete boat0")
         if loss or delay:
-            near, far = tap("boat0" if impaired == "tool" else "sea"), tap("sea" if impaired == "tool" else "boat0")
+            near, far = (tap(name) for name in (("boat0", "sea") if impaired == "tool" else ("sea", "boat0")))
             Wire(near, far, loss, delay), Wire(far, near, 0.0, 0.0)
         else:
             self._ip("link add boat0 type veth peer name sea")

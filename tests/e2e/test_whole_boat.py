@@ -63,7 +63,8 @@ class Scenario(unittest.TestCase):
         self.tool.sees(OK)
 
     def package(self, kind, size):
-        subprocess.run([SIMULATOR / "make-sample-packages", f"--size={size}", self.folder], check=True, stdout=subprocess.DEVNULL)
+        make = [SIMULATOR / "make-sample-packages", f"--size={size}", self.folder]
+        subprocess.run(make, check=True, stdout=subprocess.DEVNULL)
         return next(self.folder.glob(f"{kind}-update-*"))
 
     def finish(self):
@@ -103,7 +104,9 @@ class DisplayUpdate(Scenario):
         self.tool.choose_file("Open Update File", self.file, "Open")
 
     def progressing(self):
-        progress = lambda: [self.tool.value(bar) > 0 for bar in self.tool.elements(role="progress bar")]
+        def progress():
+            return [self.tool.value(bar) > 0 for bar in self.tool.elements(role="progress bar")]
+
         until(lambda: progress() == [True] * 3, 60, "progress of all")
 
     # The SCREEN displays got the package, and no other did.
