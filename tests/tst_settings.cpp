@@ -113,14 +113,15 @@ Play answering(const QByteArray &verb, const QByteArray &reply)
     return [=](PlayedN6 &n6) { n6.answers[verb] = reply; };
 }
 
+const Play noHelp = answering("HELP", "502 No\r\n");
+
 // While the user is asked, after the first copy, at the begin of a session, in the transfer.
 enum When { Asked, Copied, Begun, Moving };
 
-// What the user asks for and what the N6 does; how that ends, which commands are sent, and in how many
-// sessions. Then what else happens, and the backup that is there in the end, unless it is the older one.
+// What the N6 does; how that ends, which commands are sent, and in how many sessions. Then what else
+// happens, and the backup that is there in the end, unless it is the older one.
 struct Transfer {
     const char *name;
-    QString action;
     Play play;
     QStringList boxes;
     QString sent;
@@ -169,132 +170,93 @@ private slots:
         QVERIFY(window->findChildren<QDialog *>().isEmpty());
     }
 
-    void transfers_data()
+    void backsUp_data()
     {
         const Play fullDisk = [this](PlayedN6 &) { QFile::link("/dev/full"_s, part); };
         const Play closedFolder = [this](PlayedN6 &) { QVERIFY(QDir().mkdir(part)); };
-        const Play emptyFile = [this](PlayedN6 &) { write(target, QByteArray()); };
-        const Play unreadable = [this](PlayedN6 &) {
-            QVERIFY(QFile::remove(target) && QFile::link("/proc/self/mem"_s, target));
-        };
         const Play growing = has({"none", "", gzip().left(5), gzip().chopped(1), gzip()}),
                    never = has({"none"}), soon = has({"none", gzip()}),
-                   noHelp = answering("HELP", "502 No\r\n"), cut = answering("SIZE", "213 100\r\n"),
-                   refusal = answering("STOR", "552 Full\r\n"),
+                   cut = answering("SIZE", "213 100\r\n"),
                    muchTalk = answering("PASS", "230-" + QByteArray(1000000, 'x') + "\r\n230 In\r\n"),
                    noEnd = answering("PASS", "230-" + QByteArray(3000000, 'x'));
-        const auto gone = [this] { delete page; };
-        const auto another = [this] { hear(otherHost, "N6-2"); };
         const auto replaced = [this] { hear(n6Host, "N6-2"); };
         const auto moved = [this] { hear(otherHost, "N6-1"); };
         const auto several = [this] {
             client->processHeartbeat(HeartbeatBytes::device(Screen, "S", true), boatAddress(displayHost));
             QTRY_VERIFY(client->multipleServersDetected());
         };
-        const QString none, one = "10:07"_s, two = "10:07 10:07"_s, there = "11:07 11:07"_s,
-                            restores = "10:08 10:08"_s, resetOnce = "10:0f"_s;
+        const QString none, one = "10:07"_s, two = "10:07 10:07"_s, there = "11:07 11:07"_s;
         const QStringList complete{"1 Backup download complete!"_s}, unable{"2 Backup download failed!"_s},
-            failed{"3 Backup download failed!"_s}, uncreated{"3 Unable to create backup!"_s},
-            stored{"1 Backup upload complete!"_s}, unstored{"3 Settings upload failed!"_s},
-            notice{"2 Factory Reset"_s};
+            failed{"3 Backup download failed!"_s}, uncreated{backupUncreated};
         const QByteArray own = gzip(), others = gzip() + gzip();
         addRows<Transfer>({
-            {"a backup", backup, asUsual, complete, two, 1, own},
-            {"a backup that is no gzip stream", backup, plain, complete, two, 1, "plain"},
-            {"a backup while it is being written", backup, growing, complete, two, 5, own},
-            {"a backup that comes in drops", backup, &PlayedN6::drip, complete, two, 1, own},
-            {"a backup that never appears", backup, never, unable, two, 15},
-            {"a backup that ends early", backup, cut, failed, two},
-            {"a backup that has no end", backup, endless, failed, two},
-            {"a backup without help", backup, noHelp, failed, two},
-            {"a backup beside another client", backup, hangUpAtOnce, failed, two, 0},
-            {"a backup, the N6 hangs up", backup, hangUp, failed, two},
-            {"a backup without such a service", backup, &PlayedN6::close, failed, two, 0},
-            {"a backup, the N6 falls silent", backup, fallSilent, failed, two},
-            {"a backup, the N6 talks a lot", backup, muchTalk, complete, two, 1, own},
-            {"a backup, the N6 talks without end", backup, noEnd, failed, two},
-            {"a backup to a full disk", backup, fullDisk, failed, two},
-            {"a backup to a closed folder", backup, closedFolder, uncreated, two, 0},
-            {"a restore", restore, asUsual, stored, restores},
-            {"a restore that takes long to confirm", restore, confirmLate, stored, restores},
-            {"a restore from an empty file", restore, emptyFile, unstored, none, 0},
-            {"a restore that cannot be read", restore, unreadable, unstored, none, 0},
-            {"a restore without help", restore, noHelp, unstored, none},
-            {"a restore that is refused", restore, refusal, unstored, none},
-            {"a restore, the N6 hangs up", restore, hangUp, unstored, none},
-            {"a restore, a part is confirmed", restore, confirmAPart, unstored, none},
-            {"a restore, the N6 falls silent", restore, fallSilent, unstored, none},
-            {"a reset", factory, asUsual, notice, "10:0f 10:0f"_s, 0},
-            {"a reset, another N6 while asked", factory, asUsual, notice, none, 0, {}, Asked, another},
-            {"a reset, another N6 between copies",
-             factory,
-             asUsual,
-             notice,
-             resetOnce,
-             0,
-             {},
-             Copied,
-             another},
-            {"a reset, the page goes while asked", factory, asUsual, notice, none, 0, {}, Asked, gone},
-            {"a restore, another N6 while asked", restore, asUsual, unstored, none, 0, {}, Asked, another},
-            {"a restore, another N6 on the way", restore, asUsual, unstored, none, 1, {}, Begun, another},
-            {"a restore, the page goes on the way", restore, asUsual, {}, none, 1, {}, Moving, gone},
-            {"a backup, another N6 while asked", backup, soon, failed, none, 0, {}, Asked, another},
-            {"a backup, several servers while asked", backup, soon, failed, none, 0, {}, Asked, several},
-            {"a backup, another N6 before it", backup, soon, complete, one, 2, own, Copied, another},
-            {"a backup, another N6 at its address", backup, soon, failed, one, 0, {}, Copied, replaced},
-            {"a backup, the N6 moves while asked", backup, never, complete, there, 0, others, Asked, moved},
-            {"a backup, the N6 moves before it", backup, never, complete, one, 0, others, Copied, moved},
-            {"a backup, the N6 moves on the way", backup, fallSilent, complete, two, 1, others, Begun, moved},
-            {"a backup, the page goes while asked", backup, soon, {}, none, 0, {}, Asked, gone},
-            {"a backup, the page goes on the way", backup, asUsual, {}, two, 1, {}, Moving, gone},
+            {"all goes well", asUsual, complete, two, 1, own},
+            {"the archive is no gzip stream", plain, complete, two, 1, "plain"},
+            {"the archive is being written", growing, complete, two, 5, own},
+            {"the archive comes in drops", &PlayedN6::drip, complete, two, 1, own},
+            {"the archive never appears", never, unable, two, 15},
+            {"the archive ends early", cut, failed, two},
+            {"the archive has no end", endless, failed, two},
+            {"the N6 knows no HELP", noHelp, failed, two},
+            {"the N6 has another client", hangUpAtOnce, failed, two, 0},
+            {"the N6 hangs up", hangUp, failed, two},
+            {"the N6 has no such service", &PlayedN6::close, failed, two, 0},
+            {"the N6 falls silent", fallSilent, failed, two},
+            {"the N6 talks a lot", muchTalk, complete, two, 1, own},
+            {"the N6 talks without end", noEnd, failed, two},
+            {"the disk is full", fullDisk, failed, two},
+            {"the folder is closed", closedFolder, uncreated, two, 0},
+            {"another N6 comes while the user is asked", soon, failed, none, 0, {}, Asked, another},
+            {"a second server comes while the user is asked", soon, failed, none, 0, {}, Asked, several},
+            {"another N6 comes before the archive", soon, complete, one, 2, own, Copied, another},
+            {"another N6 takes its address", soon, failed, one, 0, {}, Copied, replaced},
+            {"the N6 moves while the user is asked", never, complete, there, 0, others, Asked, moved},
+            {"the N6 moves before the archive is there", never, complete, one, 0, others, Copied, moved},
+            {"the N6 moves on the way", fallSilent, complete, two, 1, others, Begun, moved},
+            {"the page goes while the user is asked", soon, {}, none, 0, {}, Asked, gone},
+            {"the page goes on the way", asUsual, {}, two, 1, {}, Moving, gone},
         });
     }
+    void backsUp() { askFor(backup); }
 
-    void transfers()
+    void restores_data()
     {
-        QFETCH(const Transfer, row);
-        PlayedN6 n6, other(otherHost);
-        other.file = gzip() + gzip();
-        // More than the system takes at once; on the disk it is a hole.
-        QVERIFY(QFile::resize(target, 50000000));
-        row.play(n6);
-        const QByteArray before = contents(target);
-        Answers answers(target);
-        bool hasHappened = false;
-        const auto happens = [&] {
-            row.happens();
-            hasHappened = true;
+        const Play emptyFile = [this](PlayedN6 &) { write(target, QByteArray()); };
+        const Play unreadable = [this](PlayedN6 &) {
+            QVERIFY(QFile::remove(target) && QFile::link("/proc/self/mem"_s, target));
         };
-        answers.answer = [&](QDialog *shown) {
-            checkReadable(shown);
-            if (row.when == Asked && !hasHappened)
-                happens();
-            return !page;
-        };
-        if (row.when == Copied)
-            connect(commands.data(), &QUdpSocket::readyRead, &n6, happens);
-        if (row.when == Begun)
-            connect(&n6, &QTcpServer::newConnection, &n6, happens);
-        if (row.when == Moving)
-            n6.onTheWay = happens;
-        click(row.action);
-        QTRY_VERIFY_WITH_TIMEOUT(hasHappened && answers.boxes == row.boxes, longestTransferMs);
-        QTRY_VERIFY(!n6.isTaken() && !other.isTaken() && window->findChildren<QDialog *>().isEmpty());
-        QCOMPARE(n6.lines.count("USER kwz"), row.sessions);
-        QVERIFY(contents(target) == (row.saved.isNull() ? before : row.saved));
-        QVERIFY(row.sent != "10:08 10:08"_s || n6.uploadedBytes == before.size());
-        QVERIFY(!QFileInfo(part).isFile() && !QFileInfo(part).isSymLink());
-        waitForSecondCopies();
-        QCOMPARE(received(), row.sent);
-        if (!page)
-            return;
-        heartbeat();
-        QCOMPARE(page->findChild<QLabel *>("label_CurrentServer"_s)->text(),
-                 "Current server:  "_s + QString::fromLatin1(serial));
-        for (const QString &name : {backup, restore, factory})
-            QCOMPARE(control(name)->isEnabled(), !row.boxes.contains(backupUncreated));
+        const Play refusal = answering("STOR", "552 Full\r\n");
+        const QString none, both = "10:08 10:08"_s;
+        const QStringList stored{"1 Backup upload complete!"_s}, unstored{"3 Settings upload failed!"_s};
+        addRows<Transfer>({
+            {"all goes well", asUsual, stored, both},
+            {"the N6 takes long to confirm", confirmLate, stored, both},
+            {"the file is empty", emptyFile, unstored, none, 0},
+            {"the file cannot be read", unreadable, unstored, none, 0},
+            {"the N6 knows no HELP", noHelp, unstored, none},
+            {"the N6 refuses the file", refusal, unstored, none},
+            {"the N6 hangs up", hangUp, unstored, none},
+            {"the N6 confirms a part of it", confirmAPart, unstored, none},
+            {"the N6 falls silent", fallSilent, unstored, none},
+            {"another N6 comes while the user is asked", asUsual, unstored, none, 0, {}, Asked, another},
+            {"another N6 comes on the way", asUsual, unstored, none, 1, {}, Begun, another},
+            {"the page goes on the way", asUsual, {}, none, 1, {}, Moving, gone},
+        });
     }
+    void restores() { askFor(restore); }
+
+    void resets_data()
+    {
+        const QString none, one = "10:0f"_s, both = "10:0f 10:0f"_s;
+        const QStringList notice{"2 Factory Reset"_s};
+        addRows<Transfer>({
+            {"all goes well", asUsual, notice, both, 0},
+            {"another N6 comes while the user is asked", asUsual, notice, none, 0, {}, Asked, another},
+            {"another N6 comes between copies", asUsual, notice, one, 0, {}, Copied, another},
+            {"the page goes while the user is asked", asUsual, notice, none, 0, {}, Asked, gone},
+        });
+    }
+    void resets() { askFor(factory); }
 
     void dialogsKeepFoldersAndCompleteNames()
     {
@@ -402,6 +364,52 @@ private:
             QVERIFY(text->textFormat() == Qt::PlainText && shown->width() > title + 100);
         }
     }
+    /// Presses this button, lets the row's N6 play, and compares what comes of it.
+    void askFor(const QString &action)
+    {
+        QFETCH(const Transfer, row);
+        PlayedN6 n6, other(otherHost);
+        other.file = gzip() + gzip();
+        // More than the system takes at once; on the disk it is a hole.
+        QVERIFY(QFile::resize(target, 50000000));
+        row.play(n6);
+        const QByteArray before = contents(target);
+        Answers answers(target);
+        bool hasHappened = false;
+        const auto happens = [&] {
+            row.happens();
+            hasHappened = true;
+        };
+        answers.answer = [&](QDialog *shown) {
+            checkReadable(shown);
+            if (row.when == Asked && !hasHappened)
+                happens();
+            return !page;
+        };
+        if (row.when == Copied)
+            connect(commands.data(), &QUdpSocket::readyRead, &n6, happens);
+        if (row.when == Begun)
+            connect(&n6, &QTcpServer::newConnection, &n6, happens);
+        if (row.when == Moving)
+            n6.onTheWay = happens;
+        click(action);
+        QTRY_VERIFY_WITH_TIMEOUT(hasHappened && answers.boxes == row.boxes, longestTransferMs);
+        QTRY_VERIFY(!n6.isTaken() && !other.isTaken() && window->findChildren<QDialog *>().isEmpty());
+        QCOMPARE(n6.lines.count("USER kwz"), row.sessions);
+        QVERIFY(contents(target) == (row.saved.isNull() ? before : row.saved));
+        QVERIFY(row.sent != "10:08 10:08"_s || n6.uploadedBytes == before.size());
+        QVERIFY(!QFileInfo(part).isFile() && !QFileInfo(part).isSymLink());
+        waitForSecondCopies();
+        QCOMPARE(received(), row.sent);
+        if (!page)
+            return;
+        heartbeat();
+        QCOMPARE(page->findChild<QLabel *>("label_CurrentServer"_s)->text(),
+                 "Current server:  "_s + QString::fromLatin1(serial));
+        for (const QString &name : {backup, restore, factory})
+            QCOMPARE(control(name)->isEnabled(), !row.boxes.contains(backupUncreated));
+    }
+
     void click(const QString &name) const { control(name)->click(); }
     void hear(int host, const QByteArray &name)
     {
@@ -432,6 +440,9 @@ private:
         }
         return each.join(QLatin1Char(' '));
     }
+
+    // What befalls a transfer.
+    const std::function<void()> gone = [this] { delete page; }, another = [this] { hear(otherHost, "N6-2"); };
 
     QScopedPointer<QTemporaryDir> folder;
     QString target, part;
