@@ -9,6 +9,36 @@
     </message>
 </context>
 <context>
+    <name>CommandLine</name>
+    <message>
+        <source>Write what the tool hears and does to FILE.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Use this language, such as &quot;de&quot;, instead of the desktop&apos;s.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Show these options and exit.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Show the version and exit.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Unexpected argument &apos;%1&apos;.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>LogFile</name>
+    <message>
+        <source>Cannot write to %1: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>Mainwindow</name>
     <message>
         <source>Screen Updates</source>
