@@ -1,4 +1,5 @@
 #include "app/commandline.h"
+#include "app/language.h"
 #include "app/logfile.h"
 #include "app/mainwindow.h"
 
@@ -15,6 +16,7 @@ int main(int argc, char *argv[])
     const commandline::Options asked = commandline::parse(commandline::asciiArguments(argc, argv));
     if (asked.wantsHelp || asked.wantsVersion) {
         const QCoreApplication withoutDisplay(argc, argv);
+        language::load(asked.language);
         commandline::answer(asked);
     }
     // The boat is always reached directly. Otherwise the toolkit takes every socket to the proxy of a
@@ -26,6 +28,7 @@ int main(int argc, char *argv[])
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     LogFile log;
     const QApplication application(argc, argv);
+    language::load(asked.language);
     const commandline::Options options = commandline::parse(QCoreApplication::arguments());
     if (!options.error.isEmpty())
         commandline::refuse(options.error);
