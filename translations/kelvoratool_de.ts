@@ -77,7 +77,7 @@
     <message>
         <source>&amp;Abort Update</source>
         <extracomment>A button, 150 pixels wide</extracomment>
-        <translation>Update &amp;abbrechen</translation>
+        <translation>&amp;Abbrechen</translation>
     </message>
     <message>
         <source>Select device for software update:</source>

@@ -913,7 +913,7 @@ Vuelva a intentarlo cuando haya un servidor disponible.</translation>
     </message>
     <message>
         <source>This is not a valid file.</source>
-        <translation>El archivo no es válido.</translation>
+        <translation>Este archivo no es válido.</translation>
     </message>
 </context>
 <context>

@@ -913,7 +913,7 @@ Riprovare quando è disponibile un server.</translation>
     </message>
     <message>
         <source>This is not a valid file.</source>
-        <translation>Il file non è valido.</translation>
+        <translation>Questo non è un file valido.</translation>
     </message>
 </context>
 <context>
