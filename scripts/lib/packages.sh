@@ -1,7 +1,7 @@
 # shellcheck shell=bash disable=SC2034
 # Sourced by the scripts: the Debian and Ubuntu packages that the project needs, and how missing ones are installed.
 
-readonly build_packages=(g++ cmake ninja-build qtbase5-dev zlib1g-dev)
+readonly build_packages=(g++ cmake ninja-build qtbase5-dev qttools5-dev-tools zlib1g-dev)
 readonly boat_packages=(python3 python3-pyftpdlib iproute2)
 # To show the window where there is no display, and to look at it.
 readonly off_screen_packages=(xvfb xdotool imagemagick)
@@ -11,7 +11,6 @@ readonly end_to_end_packages=(xvfb at-spi2-core dbus python3-gi python3-xlib uti
 readonly server_packages=(libwrap0)
 # To check what a desktop reads.
 readonly desktop_packages=(desktop-file-utils appstream)
-readonly translation_packages=(qttools5-dev qttools5-dev-tools)
 readonly icon_packages=(librsvg2-bin icoutils icnsutils)
 readonly benchmark_packages=(xvfb curl)
 readonly fuzz_packages=(clang)
