@@ -194,7 +194,7 @@ private slots:
         }
         // Longer serial numbers and addresses reach beyond the row by themselves.
         auto *client = window.findChild<udpHBClient *>();
-        client->processHeartbeat(HeartbeatBytes::screen(0x00, "01234567", true), at("127.0.0.21"));
+        client->processHeartbeat(HeartbeatBytes::device(Screen, "01234567", true), at("127.0.0.21"));
         client->processHeartbeat(HeartbeatBytes::n6("N6-0123456789"), at("127.0.0.20"));
         for (const char *state : {"Downloading...", "Updating...", "Aborted."}) {
             auto *row = window.findChild<MonitorUpdateWidget *>();
