@@ -72,10 +72,12 @@ struct Displays {
     std::vector<std::unique_ptr<PlayedDisplay>> played;
 };
 
-// What a display does, how long the tool waits for it, and whether the user does not wait.
+// What a display does, how far the session comes, how long the tool waits for it, and whether the user does
+// not.
 struct End {
     const char *name;
     std::function<void(PlayedDisplay &)> play;
+    QByteArray reached;
     Upload::Patience patience = {};
     bool isAborted = false;
 };
@@ -239,7 +241,7 @@ private slots:
             return [=](PlayedDisplay &display) {
                 display.answers[verb] = reply;
                 display.takeOver = [&](const QByteArray &heard) {
-                    const bool isSlow = heard.isEmpty() || heard == "PASS";
+                    const bool isSlow = QByteArrayList{"", "PASS", "CWD", "TYPE"}.contains(heard);
                     if (isSlow)
                         QTimer::singleShot(600, &display, [&] { display.reply("230 Fine\r\n"); });
                     return isSlow;
@@ -254,15 +256,15 @@ private slots:
         };
         const Upload::Patience shortForReplies{1000, 100000}, shortForConfirmation{100000, 1000};
         addRows<End>({
-            {"refused at the greeting", answering("", "421 Busy\r\n")},
-            {"connection refused", &PlayedDisplay::close},
-            {"connection dropped", drop},
-            {"disk full", answering("STOR", "452 Full\r\n")},
-            {"silent before the file", silentAt("STOR"), shortForReplies},
-            {"silent after the file", silentAt("STOR", "150 Go\r\n"), shortForConfirmation},
-            {"silent after the confirmation", silentAt("QUIT"), shortForReplies},
-            {"aborted while connecting", answering("", ""), {}, true},
-            {"aborted in the middle", answering("STOR", ""), {}, true},
+            {"refused at the greeting", answering("", "421 Busy\r\n"), {}},
+            {"connection refused", &PlayedDisplay::close, {}},
+            {"connection dropped", drop, "STOR"},
+            {"disk full", answering("STOR", "452 Full\r\n"), "STOR"},
+            {"silent before the file", silentAt("STOR"), "STOR", shortForReplies},
+            {"silent after the file", silentAt("STOR", "150 Go\r\n"), "STOR", shortForConfirmation},
+            {"silent after the confirmation", silentAt("QUIT"), "QUIT", shortForReplies},
+            {"aborted while connecting", answering("", ""), {}, {}, true},
+            {"aborted in the middle", answering("STOR", ""), "STOR", {}, true},
         });
     }
 
@@ -282,6 +284,7 @@ private slots:
             boat.abort()->click();
         QTRY_VERIFY(boat.start()->isVisible());
         QCOMPARE(second.size(), 1);
+        QVERIFY(boat.played[1]->lines.join().contains(row.reached));
         QCOMPARE(boat.told(1), row.isAborted ? "Aborted."_s : "Updating..."_s);
 
         for (auto &display : boat.played) {

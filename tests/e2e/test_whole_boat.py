@@ -119,7 +119,7 @@ class DisplayUpdate(Scenario):
 
     def test_all_of_a_type_at_once_and_their_restart(self):
         self.begin(5_000_000, "--reboot=10")
-        until(lambda: self.logged(f"udpHB: Instrument {PREFIX}2[012] timed out") == 3, 60, "the displays gone")
+        until(lambda: self.logged(f"udpHB: Instrument {PREFIX}2[012] timed out") >= 3, 60, "the displays gone")
         self.tool.sees(rf".*{PREFIX}2[012].*", "check box", count=3)
         self.finish()
 

@@ -27,7 +27,7 @@ inline void typeFile(QFileDialog *dialog, const QString &path)
 {
     dialog->setDirectory(QFileInfo(path).path());
     dialog->findChild<QLineEdit *>()->setText(QFileInfo(path).fileName());
-    QMetaObject::invokeMethod(dialog, "accept");
+    static_cast<QDialog *>(dialog)->accept();
 }
 
 // Answers every file dialog with a file and closes every box, and remembers the boxes.
