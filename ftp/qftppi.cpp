@@ -345,15 +345,11 @@ void QFtpPI::handleAnswerToAbort(const FtpReply &reply)
     if (answersLine && reply.code != codeNoTransfer)
         ++repliesToSkip;
     const bool isCutOff = !answersLine || !pendingCommands.isEmpty() || !dtp.shortfall().isNull();
-    const QString ownReason = abortReason();
-    pendingCommands.clear();
-    changeState(State::Idle);
     if (isFailure(reply) || isCutOff) {
-        // Whatever the line was, its command is over.
-        currentCmd.clear();
-        emit error(QFtp::UnknownError, isFailure(reply) && !dtp.hasError() ? reply.text : ownReason);
+        endWithError(QFtp::UnknownError, isFailure(reply) && !dtp.hasError() ? reply.text : abortReason());
         return;
     }
+    changeState(State::Idle);
     // The abort came too late for the log-in.
     if (reply.code == codeLoggedIn && !rawCommand)
         emit connectState(QFtp::LoggedIn);
@@ -547,7 +543,6 @@ void QFtpPI::patienceEnded()
     if (patience.isActive())
         return;
     if (state == State::OpeningData) {
-        dtp.abortConnection();
         refuseDataConnection();
     } else if (isAborting() && dtp.isOpen()) {
         dtp.abortConnection();
@@ -582,7 +577,7 @@ void QFtpPI::giveUpDraining(const QString &text)
         readReplies();
 }
 
-// Any -> Idle, Unconnected
+// Any -> Idle, Unconnected: whatever the line was, its command is over.
 void QFtpPI::endWithError(int code, const QString &text)
 {
     pendingCommands.clear();
