@@ -40,21 +40,6 @@ bool waitUntil(const std::function<bool()> &isSo, int milliseconds = bound)
     return isSo();
 }
 
-// As a slot might that opens a box; the other side goes on meanwhile.
-void runLoop(const std::function<void()> &halfWay)
-{
-    QEventLoop loop;
-    QTimer ticks;
-    QObject::connect(&ticks, &QTimer::timeout, &loop, [&, turns = 0]() mutable {
-        if (++turns == 10)
-            halfWay();
-        if (turns == 20)
-            loop.quit();
-    });
-    ticks.start(0);
-    loop.exec();
-}
-
 // A device that makes its bytes and takes none.
 class MadeUpDevice : public QIODevice
 {
@@ -416,103 +401,6 @@ private slots:
                 log += ", "_s + session.ftp->errorString();
             QCOMPARE(log, row.log);
         }
-    }
-
-    void survivesEveryStep_data()
-    {
-        QTest::addColumn<QByteArray>("words");
-        for (const char *const words :
-             {"list get put raw close", "active list get put raw close", "put-device", "put-empty",
-              "put-waiting", "put-vanishing", "get-full-disk", "get-sink-gone",
-              "proxy connect-boat guest no-proxy", "cd remove put-closed"})
-            QTest::newRow(words) << QByteArray(words);
-    }
-
-    void survivesEveryStep()
-    {
-        QFETCH(QByteArray, words);
-        // What happens at a step, and what at the next. A slot that runs an event loop changes nothing.
-        const QByteArrayList ends{
-            "loop",   "events", "loop delete",   "loop deleteLater",   "abort", "abort close deleteLater",
-            "delete", "reset",  "abort, delete", "reset abort, delete"};
-        QString undisturbed;
-        for (const QByteArray &actions : ends) {
-            const bool isLoop = actions == "loop" || actions == "events";
-            const QByteArrayList end = actions.split(',');
-            int steps = 0, stepsInAll = 0;
-            for (int endAt = -1; endAt <= stepsInAll; endAt += endAt < 30 ? 1 : endAt / 2) {
-                steps = 0;
-                Session session;
-                ScriptedFtpServer &server = session.server;
-                server.file = QByteArray(words == "put-device" ? 2000000 : 100000, 'a');
-                // Together more than a socket holds unread.
-                server.listing.insert(server.listing.indexOf('x'), QByteArray(200, 'x'));
-                server.listing = server.listing.repeated(isLoop ? 400 : 1);
-                session.queue("connect login " + words);
-                QPointer<QFtp> &ftp = session.ftp;
-                QTcpSocket *&control = session.server.control;
-                const auto isCut = [&] {
-                    return control == nullptr || control->state() != QTcpSocket::ConnectedState;
-                };
-                bool isInLoop = false;
-                session.step = [&](const QByteArray &) {
-                    QVERIFY(!isInLoop);
-                    const QByteArray action = endAt < 0 ? QByteArray() : end.value(steps++ - endAt);
-                    stepsInAll += int(endAt < 0);
-                    if (action.contains("reset") && control != nullptr)
-                        control->abort();
-                    if (action.contains("abort") && ftp)
-                        ftp->abort();
-                    if (action.contains("close"))
-                        ftp->close();
-                    isInLoop = isLoop;
-                    for (int turn = 0; action == "events" && turn < 20; ++turn)
-                        QCoreApplication::processEvents();
-                    if (action.contains("loop"))
-                        runLoop([&] { action == "loop delete" ? delete ftp : void(); });
-                    if (action.contains("deleteLater"))
-                        action.contains("loop") ? runLoop([&] { ftp->deleteLater(); }) : ftp->deleteLater();
-                    isInLoop = false;
-                    const int stepsBefore = steps;
-                    if (action.trimmed() == "delete")
-                        delete ftp;
-                    QCOMPARE(steps, stepsBefore);
-                };
-                // To a server the end of the data is the end of the file.
-                bool endsBeforeAbort = false;
-                server.takeOver = [&](const QByteArray &verb) {
-                    if (ftp && !isLoop && !end.first().contains("loop"))
-                        session.step(verb);
-                    if (verb == "ABOR" && !isCut() && server.isStoring())
-                        runLoop([&] { endsBeforeAbort = server.data == nullptr; });
-                    return isCut();
-                };
-                const auto isOver = [&] {
-                    const bool isLost =
-                        end.first().contains("reset") && !ftp.isNull() && ftp->state() == QFtp::Unconnected;
-                    return !ftp ? isCut() : session.isDone() || (isLost && steps > endAt && endAt >= 0);
-                };
-                QVERIFY2(waitUntil(isOver, 6 * bound), qPrintable(session.outcome()));
-                if (endAt < 0)
-                    undisturbed = session.outcome();
-                QVERIFY(!isLoop || session.outcome() == undisturbed);
-                QVERIFY(!endsBeforeAbort || server.uploadedBytes == server.file.size());
-                const bool isFinished = session.log.contains("finished 1"_s);
-                QVERIFY(!isFinished || words != "put-device" || server.uploadedBytes == server.file.size());
-            }
-            QVERIFY(stepsInAll > 10);
-        }
-    }
-
-    void farewellsAreShort()
-    {
-        Session session(false, "ABOR 150 Later\r\n");
-        session.queue("connect login put-large");
-        QVERIFY(waitUntil([&] { return session.server.uploadedBytes > 0; }));
-        delete session.ftp;
-        const auto isClosed = [&] { return session.server.data == nullptr; };
-        QVERIFY(!waitUntil(isClosed, 500));
-        QVERIFY(waitUntil(isClosed, 2500));
     }
 
     void readsListings()
