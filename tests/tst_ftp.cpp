@@ -1,19 +1,12 @@
 #include "ftp/ftplisting.h"
 #include "ftp/qftp.h"
-#include "ftp/qftppi.h"
-#include "tests/support/files.h"
-#include "tests/support/rows.h"
 #include "tests/support/scriptedftpserver.h"
 #include "tests/support/text.h"
 
-#include <QBuffer>
 #include <QDeadlineTimer>
 #include <QElapsedTimer>
 #include <QPointer>
-#include <QProcess>
-#include <QRandomGenerator>
 #include <QRegularExpression>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
@@ -276,19 +269,8 @@ struct Dialogue {
     bool ipv6 = false;
 };
 
-// A server of the distribution; its HOST, PORT and FOLDER are left open, also in its options, a file in the
-// folder.
-struct Installed {
-    const char *name;
-    QString command;
-    QString options = QString();
-    QByteArray words = "guest";
-    bool ipv6 = false;
-};
-
 } // namespace
 Q_DECLARE_METATYPE(Dialogue)
-Q_DECLARE_METATYPE(Installed)
 
 class TestFtp : public QObject
 {
@@ -468,101 +450,6 @@ private slots:
         const QRegularExpression peak("VmHWM:\\s+(\\d+)"_s);
         QVERIFY(!isKnown || peak.match(QString::fromLatin1(status.readAll())).captured(1).toInt() < 230000);
 #endif
-    }
-
-    void transfersWhole_data()
-    {
-        const QString pyftpdlib = "/usr/bin/python3 -m pyftpdlib -w -i HOST -p PORT -d FOLDER"_s;
-        const QString vsftpd =
-            "listen_address=HOST\nlisten_port=PORT\nanon_root=FOLDER\nsecure_chroot_dir=FOLDER\nlisten=YES\n"
-            "listen_ipv6=NO\nbackground=NO\nrun_as_launching_user=YES\nftp_username=nobody\n"
-            "anonymous_enable=YES\nanon_upload_enable=YES\nanon_world_readable_only=NO\nwrite_enable=YES\n"
-            "allow_writeable_chroot=YES\nseccomp_sandbox=NO\n"_s;
-        const QString proftpd =
-            "DefaultAddress HOST\nPort PORT\nUser nobody\nGroup nogroup\nUseReverseDNS off\nWtmpLog off\n"
-            "RequireValidShell off\nPidFile FOLDER/pid\nScoreboardFile none\n<Anonymous FOLDER>\n"
-            "User nobody\nGroup nogroup\nUserAlias anonymous nobody\n</Anonymous>\n"_s;
-        addRows<Installed>({
-            {"pyftpdlib, passive", pyftpdlib},
-            {"pyftpdlib, passive, IPv6", pyftpdlib, QString(), "guest", true},
-            {"pyftpdlib, active, IPv6", pyftpdlib, QString(), "active guest", true},
-            {"vsftpd, passive", "vsftpd FOLDER/options"_s, vsftpd},
-            {"vsftpd, active", "vsftpd FOLDER/options"_s, vsftpd, "active guest"},
-            {"proftpd", "proftpd -n -q -c FOLDER/options"_s, proftpd},
-            {"pure-ftpd", "pure-ftpd -S HOST,PORT -e -M"_s},
-            {"inetutils-ftpd", "socat TCP-LISTEN:PORT,bind=HOST,fork,reuseaddr EXEC:ftpd,nofork"_s},
-            {"aioftp", "/usr/bin/python3 -m aioftp --host HOST --port PORT"_s},
-            {"twisted", "twistd3 -n --pidfile= -l- ftp -p PORT --auth=memory:kwz:secret"_s, QString(),
-             "login"},
-        });
-    }
-
-    // Against servers of the distribution, those that are there. Says what they answer to an abort.
-    void transfersWhole()
-    {
-        QFETCH(const Installed, row);
-        Session session(row.ipv6);
-        if (!session.server.isListening())
-            QSKIP("this machine has no IPv6");
-        const QString host = session.server.serverAddress().toString();
-        const quint16 port = session.server.serverPort();
-        session.server.close();
-        const QTemporaryDir own;
-        const QString path = qEnvironmentVariable("KELVORA_FTP_HOME", own.path());
-        const QDir folder(path);
-        const auto filledIn = [&](QString text) {
-            return text.replace("HOST"_s, host)
-                .replace("PORT"_s, QString::number(port))
-                .replace("FOLDER"_s, path);
-        };
-        for (const QString &name : {"image"_s, "f"_s})
-            QFile::remove(folder.filePath(name));
-        // Also where it is empty: without a file of its own, a server would read this machine's.
-        QVERIFY(!write(folder.filePath("options"_s), filledIn(row.options).toLatin1()).isNull());
-        QStringList arguments = filledIn(row.command).split(QLatin1Char(' '));
-        QProcess server;
-        server.setWorkingDirectory(path);
-        server.start(arguments.takeFirst(), arguments);
-        // A Python without the library ends at once.
-        const auto isMissing = [&] { return server.state() == QProcess::NotRunning; };
-        const auto isUp = [&] {
-            QTcpSocket socket;
-            socket.connectToHost(host, port);
-            return socket.waitForConnected();
-        };
-        QTRY_VERIFY(isMissing() || isUp());
-        if (isMissing())
-            QSKIP("the server is not installed");
-
-        QByteArray bytes(5000001, Qt::Uninitialized);
-        QRandomGenerator(1).generate(bytes.begin(), bytes.end());
-        QBuffer source(&bytes);
-        QBuffer sink;
-        QVERIFY(sink.open(QIODevice::WriteOnly));
-        session.ftp->connectToHost(host, port);
-        session.queue(row.words + " put-large");
-        QString answers;
-        connect(session.ftp->findChild<QFtpPI *>(), &QFtpPI::rawFtpReply, this,
-                [&](int code, const QString &text) { answers = "%1 %2"_s.arg(code).arg(text); });
-        connect(session.ftp, &QFtp::dataTransferProgress, this, [&](qint64 done, qint64 total) {
-            if (total == largeBytes && done > largeBytes / 8)
-                session.ftp->abort();
-        });
-        QVERIFY2(waitUntil([&] { return session.isDone(); }), qPrintable(session.outcome()));
-        QCOMPARE(session.log.last(), "done 1"_s);
-        session.log.clear();
-        qInfo("abort | %s | %s", QTest::currentDataTag(), qPrintable(answers));
-        session.ftp->put(&source, "image"_s);
-        session.ftp->list();
-        session.ftp->get("image"_s, &sink);
-        session.ftp->close();
-        QVERIFY(waitUntil([&] { return session.isDone(); }));
-        QVERIFY2(session.log.contains("done 0"_s), qPrintable(session.ftp->errorString()));
-        QVERIFY(session.log.contains("list image"_s));
-        QVERIFY(contents(folder.filePath("image"_s)) == bytes);
-        QVERIFY(sink.data() == bytes);
-        server.kill();
-        server.waitForFinished();
     }
 };
 
