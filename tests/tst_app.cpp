@@ -74,6 +74,7 @@ private slots:
         QCOMPARE(window.windowIcon().availableSizes().size(), 6);
         QVERIFY(window.minimumSize() == QSize(770, 500) && window.size() == QSize(900, 640));
         const auto &strip = *window.findChild<connectionState *>();
+        QVERIFY(strip.height() == 50 && strip.findChild<QLabel *>()->font().pixelSize() == 16);
         const auto *tabs = window.findChild<QTabWidget *>();
         auto *client = window.findChild<udpHBClient *>();
         const auto hear = [&](const QByteArray &datagram, const char *from) {

@@ -390,6 +390,7 @@ private:
         QTRY_VERIFY_WITH_TIMEOUT(hasHappened && answers.boxes == row.boxes, longestTransferMs);
         QTRY_VERIFY(!n6.isTaken() && !other.isTaken() && window->findChildren<QDialog *>().isEmpty());
         QCOMPARE(n6.lines.count("USER kwz"), row.sessions);
+        QVERIFY(row.saved.isNull() || n6.lines.count("QUIT") == row.sessions);
         QVERIFY(contents(target) == (row.saved.isNull() ? before : row.saved));
         QVERIFY(row.sent != "10:08 10:08"_s || n6.uploadedBytes == before.size());
         QVERIFY(!QFileInfo(part).isFile() && !QFileInfo(part).isSymLink());

@@ -158,6 +158,13 @@ private slots:
         QVERIFY(box->toolTip().contains("R&amp;S %1 (LS)"_s));
         QCOMPARE(readout->text(), "12.3 V\n9.1 Lux"_s);
         QCOMPARE(rowsOf(einks).at(0)->findChild<QLabel *>()->text(), "---"_s);
+        // Long serials and versions fit into these places, in this font.
+        QVERIFY(box->font().pixelSize() == 12 && readout->font().pixelSize() == 12);
+        QCOMPARE(box->parentWidget()->size(), QSize(690, 37));
+        QCOMPARE(box->geometry(), QRect(10, 2, 290, 36));
+        QCOMPARE(readout->geometry(), QRect(580, 1, 100, 36));
+        QCOMPARE(rowsOf(screens).at(0)->findChild<QProgressBar *>()->geometry(), QRect(300, 4, 270, 32));
+        QCOMPARE(button(screens, "&Start Update"_s)->geometry(), QRect(720, 26, 150, 40));
     }
 
     void rowsStayWithTheirDisplays()
@@ -334,6 +341,10 @@ private slots:
             QCOMPARE(port1->currentIndex(), port1Indices.value(code, before));
             QCOMPARE(port2->currentIndex(), code >= 0 && code <= 2 ? code : -1);
         }
+        QStringList told;
+        for (const char *name : {"label_serial", "label_version", "label_model"})
+            told += page.findChild<QLabel *>(QLatin1String(name))->text();
+        QCOMPARE(told, QStringList({"N6   (N6 Larch)"_s, "3.6   (FW 1.4)"_s, "127.0.0.10"_s}));
         page.openWebinterface();
         QCOMPARE(opened, QUrl("http://127.0.0.10/"_s));
         QWheelEvent notch({}, {}, {}, QPoint(0, -120), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
