@@ -46,20 +46,21 @@ def tap(name):
     return device
 
 
-# Passes on what each tap hears to the other one, with loss (0 to 1) and delay (seconds): not every kernel can do that
-# itself.
+# Passes on what each tap hears to the other one, with loss (0 to 1) and delay (seconds), until one of them is gone: not
+# every kernel can do that itself.
 def wire(taps, loss, delay):
     dice, under_way = random.Random(1), collections.deque()
-    while True:
-        wait = max(0.0, under_way[0][0] - time.monotonic()) if under_way else None
-        for heard in select.select(taps, [], [], wait)[0]:
-            frame = os.read(heard, 4096)
-            if dice.random() >= loss:
-                under_way.append((time.monotonic() + delay, taps[heard == taps[0]], frame))
-        while under_way and under_way[0][0] <= time.monotonic():
-            _, other, frame = under_way.popleft()
-            with contextlib.suppress(OSError):  # the interface is down
-                os.write(other, frame)
+    with contextlib.suppress(OSError):
+        while True:
+            wait = max(0.0, under_way[0][0] - time.monotonic()) if under_way else None
+            for heard in select.select(taps, [], [], wait)[0]:
+                frame = os.read(heard, 4096)
+                if dice.random() >= loss:
+                    under_way.append((time.monotonic() + delay, taps[heard == taps[0]], frame))
+            while under_way and under_way[0][0] <= time.monotonic():
+                _, other, frame = under_way.popleft()
+                with contextlib.suppress(OSError):  # the interface is down
+                    os.write(other, frame)
 
 
 # The tool's host is the caller's own network namespace; the boat's is another one, at the other end of a cable. Where

@@ -55,7 +55,7 @@ class Tool:
 
     def _below(self, node):
         with contextlib.suppress(GLib.Error):  # gone while it is looked at
-            for child in map(node.get_child_at_index, range(node.get_child_count())):
+            for child in filter(None, map(node.get_child_at_index, range(node.get_child_count()))):
                 yield Element(child, child.get_role_name(), child.get_name(), set(child.get_state_set().get_states()))
                 yield from self._below(child)
 
