@@ -17,7 +17,6 @@
 #include <QTabBar>
 #include <QTabWidget>
 #include <QTemporaryDir>
-#include <QTranslator>
 #include <QtTest>
 
 namespace
@@ -31,24 +30,6 @@ QStringList languages()
     files.removeAll("kelvoratool_en.ts"_s);
     return files.replaceInStrings(QRegularExpression(R"(.*_|\.ts$)"_s), QString());
 }
-
-// Every text in strange letters and half as long again, but for the marks in a row and what is mostly filled
-// in.
-class Pseudo : public QTranslator
-{
-public:
-    using QTranslator::QTranslator;
-    bool isEmpty() const override { return false; }
-    QString translate(const char * /*context*/, const char *source, const char * /*comment*/,
-                      int /*n*/) const override
-    {
-        QString text = QString::fromUtf8(source);
-        if (text.size() < 9 || text.contains("%2"_s) || text.startsWith(u'<'))
-            return text;
-        const int added = text.size() / 2;
-        return text.replace(u'e', QChar(0xEA)) + "  nnnn nnnn nnnn nnnn nnnn nnnn nnnn"_s.left(added);
-    }
-};
 
 // What a translation has to have as often as its source, as it stands in XML: placeholders, line breaks,
 // tags, patterns, pairs of blanks and one letter for the keyboard.
@@ -69,6 +50,8 @@ QStringList misfits(const QWidget &shown)
     QStringList letters, found;
     const auto widgets = shown.findChildren<QWidget *>();
     for (const QWidget *widget : widgets) {
+        if (!widget->isVisible())
+            continue;
         const auto *label = qobject_cast<const QLabel *>(widget);
         const auto *button = qobject_cast<const QAbstractButton *>(widget);
         const QString text = label ? label->text() : button ? button->text() : QString();
@@ -79,10 +62,9 @@ QStringList misfits(const QWidget &shown)
         // Tabs have buttons to scroll them where they do not fit, as they may with a large font.
         const bool isTabScroller = qobject_cast<const QTabBar *>(widget->parentWidget()) != nullptr &&
                                    QApplication::font().pixelSize() == usualPixels;
-        if (widget->isVisible() && (needed.boundedTo(widget->size()) != needed || isTabScroller ||
-                                    (!letter.isEmpty() && letters.contains(letter))))
+        if (needed.boundedTo(widget->size()) != needed || isTabScroller || letters.contains(letter))
             found += text + " does not fit"_s;
-        if (widget->isVisible())
+        if (!letter.isEmpty())
             letters += letter;
     }
     return found;
@@ -101,12 +83,12 @@ private slots:
         using Row = std::tuple<const char *, const char *, const char *, int>;
         for (const auto &[environment, arguments, answer, status] :
              {Row{"LANG=de_AT.UTF-8", "--help", "Optionen:", 0}, Row{"LANGUAGE=sv:nl:de", "-h", "Opties:", 0},
-              Row{"LANGUAGE=en_GB:de", "-h", "Options:", 0}, Row{"LC_ALL=C", "-h", "Show these options", 0},
+              Row{"LANGUAGE=en_GB:de", "-h", "Options:", 0},
               Row{"LANG=de_DE.UTF-8", "--language fr -h", "Affiche", 0},
               Row{"LANG=de_DE.UTF-8", "--language sv -h", "Options:", 0},
               Row{"LANG=it_IT.UTF-8", "-style fusion --version", "KelvoraTool 3", 0},
               Row{"LANG=it_IT.UTF-8", "-platform offscreen --no", "Opzione sconosciuta \"no\"", 2},
-              Row{"LC_ALL=C", "-platform offscreen no", "'no'", 2},
+              Row{"LC_ALL=C", "-platform offscreen no", "argument 'no'", 2},
               Row{"LC_ALL=C", "-platform offscreen --log /no/log", "/no/log: No such", 2}}) {
             QProcess program;
             program.setEnvironment({QLatin1String(environment)});
@@ -120,17 +102,17 @@ private slots:
     void logHasEveryMessageAndItsTime()
     {
         const QTemporaryDir folder;
+        const QString name = folder.filePath("log"_s), time = R"(\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3})"_s;
         static QStringList passedOn;
         const auto before =
             qInstallMessageHandler([](auto, auto &, const QString &message) { passedOn += message; });
         {
             LogFile log;
-            QVERIFY(log.start(folder.filePath("log"_s)));
+            QVERIFY(log.start(name));
             qDebug("one");
             qWarning("two");
-            const QString time = R"(\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3})"_s;
-            const QRegularExpression lines(R"(^%1 debug: one\n%1 warning: two\n$)"_s.arg(time));
-            QVERIFY(QString::fromUtf8(contents(folder.filePath("log"_s))).contains(lines));
+            const QRegularExpression lines("^%1 debug: one\n%1 warning: two\n$"_s.arg(time));
+            QVERIFY(QString::fromUtf8(contents(name)).contains(lines));
         }
         qDebug("three");
         qInstallMessageHandler(before);
@@ -139,8 +121,7 @@ private slots:
 
     void translationsAreComplete()
     {
-        const QRegularExpression message("<source>(.*?)</source>.*?<translation>(.*?)</translation>"_s,
-                                         QRegularExpression::DotMatchesEverythingOption);
+        const QRegularExpression message("(?s)<source>(.*?)</source>.*?<translation>(.*?)</translation>"_s);
         const QStringList all = languages();
         QVERIFY(all.contains("de"_s));
         for (const QString &language : all) {
@@ -158,8 +139,7 @@ private slots:
     {
         QTest::addColumn<QString>("language");
         QTest::addColumn<int>("pixels");
-        QTest::newRow("half as long again") << QString() << usualPixels;
-        const QStringList all = languages();
+        const QStringList all = QStringList("en"_s) + languages();
         for (const QString &language : all) {
             QTest::newRow(qPrintable(language)) << language << usualPixels;
             QTest::newRow(qPrintable(language + " in large"_s)) << language << usualPixels * 3 / 2;
@@ -169,40 +149,30 @@ private slots:
     {
         QFETCH(QString, language);
         QFETCH(int, pixels);
-        qDeleteAll(qApp->findChildren<QTranslator *>());
-        if (language.isEmpty())
-            QCoreApplication::installTranslator(new Pseudo(qApp));
-        else
-            language::load(language);
+        language::load(language);
         QFont font = QApplication::font();
         font.setPixelSize(pixels);
         QApplication::setFont(font);
         Mainwindow window;
-        auto *tabs = window.findChild<QTabWidget *>();
-        QStringList found;
-        const auto look = [&](int page) {
-            tabs->setCurrentIndex(page);
-            QCoreApplication::processEvents();
-            found += misfits(window);
-        };
-        window.findChild<QLabel *>()->setText(verdictOnFirstGeneration().text);
         window.show();
-        // With the button that aborts, which has the place of the other one.
-        for (int page : {0, 1, 2}) {
-            tabs->widget(page)->findChildren<QPushButton *>().last()->show();
-            look(page);
-        }
         // Longer serial numbers and addresses reach beyond the row by themselves.
         auto *client = window.findChild<udpHBClient *>();
         client->processHeartbeat(HeartbeatBytes::device(Screen, "01234567", true), at("127.0.0.21"));
         client->processHeartbeat(HeartbeatBytes::n6("N6-0123456789"), at("127.0.0.20"));
+        window.findChild<QLabel *>()->setText(verdictOnFirstGeneration().text);
+        auto *tabs = window.findChild<QTabWidget *>();
+        QStringList found;
         for (const char *state : {"Downloading...", "Updating...", "Aborted."}) {
             auto *row = window.findChild<MonitorUpdateWidget *>();
             row->findChild<QLabel *>()->setText(MonitorUpdateWidget::tr(state));
-            look(0);
+            for (int page = 0; page < tabs->count(); ++page) {
+                tabs->setCurrentIndex(page);
+                // With the button that aborts, which has the place of the other one.
+                tabs->widget(page)->findChildren<QPushButton *>().last()->show();
+                QCoreApplication::processEvents();
+                found += misfits(window);
+            }
         }
-        look(3);
-        look(4);
         Answers answers;
         answers.answer = [&](QDialog *shown) {
             found += misfits(*shown);

@@ -46,40 +46,35 @@ def tap(name):
     return device
 
 
-# Passes on what one tap hears to another one, with loss (0 to 1) and delay (seconds): not every kernel can do that
-# itself.
-class Wire(threading.Thread):
-    def __init__(self, near, far, loss, delay):
-        super().__init__(daemon=True)
-        self._near, self._far, self._loss, self._delay = near, far, loss, delay
-        self.start()
-
-    def run(self):
-        dice, under_way = random.Random(1), collections.deque()
+# Passes on what each tap hears to the other one, with loss (0 to 1) and delay (seconds), until one of them is gone: not
+# every kernel can do that itself.
+def wire(taps, loss, delay):
+    dice, under_way = random.Random(1), collections.deque()
+    with contextlib.suppress(OSError):
         while True:
             wait = max(0.0, under_way[0][0] - time.monotonic()) if under_way else None
-            if select.select([self._near], [], [], wait)[0]:
-                frame = os.read(self._near, 4096)
-                if dice.random() >= self._loss:
-                    under_way.append((time.monotonic() + self._delay, frame))
+            for heard in select.select(taps, [], [], wait)[0]:
+                frame = os.read(heard, 4096)
+                if dice.random() >= loss:
+                    under_way.append((time.monotonic() + delay, taps[heard == taps[0]], frame))
             while under_way and under_way[0][0] <= time.monotonic():
+                _, other, frame = under_way.popleft()
                 with contextlib.suppress(OSError):  # the interface is down
-                    os.write(self._far, under_way.popleft()[1])
+                    os.write(other, frame)
 
 
 # The tool's host is the caller's own network namespace; the boat's is another one, at the other end of a cable. Where
-# there are no namespaces, the boat has the caller's own addresses. Loss and delay meet what is sent "from" the tool or
-# the boat.
+# there are no namespaces, the boat has the caller's own addresses. Loss and delay meet what either sends.
 class Network:
-    def __init__(self, loss=0.0, delay=0.0, impaired="tool"):
+    def __init__(self, loss=0.0, delay=0.0):
         self.has_plug = PREFIX != "127.0.0."
         if (loss or delay) and not (self.has_plug and os.access("/dev/net/tun", os.W_OK)):
             raise unittest.SkipTest("nothing between the hosts can be impaired here")
         self._enter = []
         if self.has_plug:
-            self._plug_in(loss, delay, impaired)
+            self._plug_in(loss, delay)
 
-    def _plug_in(self, loss, delay, impaired):
+    def _plug_in(self, loss, delay):
         become_root = [] if IS_ROOT else ["--user", "--map-root-user"]
         stay_oneself = [] if IS_ROOT else ["--user", "--preserve-credentials"]
         self._boat = start("unshare", *become_root, "--net", "--", "cat", stdin=subprocess.PIPE)
@@ -90,8 +85,7 @@ class Network:
         self._enter = ["nsenter", f"--target={self._boat.pid}", *stay_oneself, "--net"]
         self._ip("link delete boat0")
         if loss or delay:
-            near, far = (tap(name) for name in (("boat0", "sea") if impaired == "tool" else ("sea", "boat0")))
-            Wire(near, far, loss, delay), Wire(far, near, 0.0, 0.0)
+            threading.Thread(target=wire, args=([tap("boat0"), tap("sea")], loss, delay), daemon=True).start()
         else:
             self._ip("link add boat0 type veth peer name sea")
         self._ip(f"link set sea netns {self._boat.pid}", f"addr add {PREFIX}1/24 dev boat0", "link set boat0 up")
