@@ -94,8 +94,7 @@ const Play confirmLate = [](PlayedN6 &n6) { n6.confirmAfterMs = longerMs; };
 const Play hangUpAtOnce = [](PlayedN6 &n6) {
     n6.takeOver = [&](auto) { return n6.reply("421 Busy\r\n"), n6.control->disconnectFromHost(), true; };
 };
-// In the middle of a transfer; the silent one neither reads nor writes any more.
-const Play hangUp = [](PlayedN6 &n6) { n6.onTheWay = [&] { n6.control->abort(); }; };
+// In the middle of a transfer; it neither reads nor writes any more.
 const Play fallSilent = [](PlayedN6 &n6) {
     n6.onTheWay = [&] { n6.data->disconnect(), n6.data->setReadBufferSize(1); };
 };
@@ -168,6 +167,11 @@ private slots:
         const Play fullDisk = [this](PlayedN6 &) { QFile::link("/dev/full"_s, part); };
         const Play closedFolder = [this](PlayedN6 &) { QVERIFY(QDir().mkdir(part)); };
         const Play emptyFile = [this](PlayedN6 &) { write(target, QByteArray()); };
+        // That is told, not waited for.
+        const Play hangUp = [this](PlayedN6 &n6) {
+            page->findChild<ArchiveTransfer *>()->setPatience({100000, 100000});
+            n6.onTheWay = [&] { n6.control->abort(); };
+        };
         const Play unreadable = [this](PlayedN6 &) {
             QVERIFY(QFile::remove(target) && QFile::link("/proc/self/mem"_s, target));
         };
@@ -264,7 +268,7 @@ private slots:
             checkReadable(shown);
             if (row.when == Asked && !hasHappened)
                 happens();
-            return !page;
+            return page.isNull();
         };
         if (row.when == Copied)
             connect(commands.data(), &QUdpSocket::readyRead, &n6, happens);
