@@ -84,21 +84,21 @@ public:
 };
 
 using Play = std::function<void(PlayedN6 &)>;
-const Play asUsual = [](PlayedN6 &) {};
-const Play endless = [](PlayedN6 &n6) {
+const auto asUsual = [](PlayedN6 &) {};
+const auto endless = [](PlayedN6 &n6) {
     n6.answers["SIZE"] = "213 10\r\n";
     n6.drip();
 };
-const Play plain = [](PlayedN6 &n6) { n6.file = "plain"; };
-const Play confirmLate = [](PlayedN6 &n6) { n6.confirmAfterMs = longerMs; };
-const Play hangUpAtOnce = [](PlayedN6 &n6) {
+const auto plain = [](PlayedN6 &n6) { n6.file = "plain"; };
+const auto confirmLate = [](PlayedN6 &n6) { n6.confirmAfterMs = longerMs; };
+const auto hangUpAtOnce = [](PlayedN6 &n6) {
     n6.takeOver = [&](auto) { return n6.reply("421 Busy\r\n"), n6.control->disconnectFromHost(), true; };
 };
 // In the middle of a transfer; it neither reads nor writes any more.
-const Play fallSilent = [](PlayedN6 &n6) {
+const auto fallSilent = [](PlayedN6 &n6) {
     n6.onTheWay = [&] { n6.data->disconnect(), n6.data->setReadBufferSize(1); };
 };
-const Play confirmAPart = [](PlayedN6 &n6) {
+const auto confirmAPart = [](PlayedN6 &n6) {
     n6.onTheWay = [&] { QObject::connect(n6.data, &QTcpSocket::readyRead, &n6, [&] { n6.endData(); }); };
 };
 

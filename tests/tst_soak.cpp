@@ -23,9 +23,11 @@ constexpr int displayCount = 3, packageBytes = 1'000'000, beatMs = 40;
 constexpr int awayEveryMs = 14000, awayMs = 10000;
 
 struct Holdings {
-    explicit Holdings(const QWidget &window) : objects(window.findChildren<QObject *>().size())
+    explicit Holdings(const QWidget &window)
     {
-        for (QObject *object : window.findChildren<QObject *>())
+        const auto all = window.findChildren<QObject *>();
+        objects = all.size();
+        for (QObject *object : all)
             timers += QAbstractEventDispatcher::instance()->registeredTimers(object).size();
         qInfo() << memory / 1000 << "kB" << descriptors << "descriptors" << objects << "objects" << timers
                 << "timers";
@@ -33,7 +35,7 @@ struct Holdings {
 
     qint64 memory = residentMemory();
     int descriptors = QDir("/proc/self/fd"_s).entryList(QDir::Files | QDir::System).size();
-    int objects, timers = 0;
+    int objects = 0, timers = 0;
 };
 
 } // namespace
