@@ -1,3 +1,4 @@
+// clazy:excludeall=non-pod-global-static
 // The settings page against an N6 that the test plays, over real FTP and UDP.
 
 #include "discovery/protocol.h"
