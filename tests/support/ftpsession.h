@@ -64,7 +64,8 @@ public:
     explicit FtpSession(const QByteArray &answers = {}, const QHostAddress &host = QHostAddress::LocalHost)
         : server(host)
     {
-        for (const QByteArray &answer : answers.split('|'))
+        const QByteArrayList each = answers.split('|');
+        for (const QByteArray &answer : each)
             if (const int verbEnd = answer.indexOf(' '); verbEnd >= 0)
                 server.answers[answer.left(verbEnd)] = answer.mid(verbEnd + 1);
         // Without a context object: signals out of a destructor would be heard as well.
@@ -94,7 +95,8 @@ public:
     /// Queues the commands that these words stand for, and prepares the trouble.
     void queue(const QByteArray &words)
     {
-        for (const QByteArray &word : words.split(' '))
+        const QByteArrayList each = words.split(' ');
+        for (const QByteArray &word : each)
             for (const Meanings &some : {commands(), transfers(), troubles()})
                 some.value(word, [] {})();
     }
