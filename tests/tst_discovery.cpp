@@ -1,3 +1,4 @@
+// clazy:excludeall=non-pod-global-static,connect-non-signal
 // What the tool makes of heartbeats: the decoder, the client's records and signals, and the N6's commands.
 
 #include "discovery/heartbeat.h"
@@ -150,7 +151,7 @@ private slots:
     {
         udpHBClient client(udpHBClient::Passive);
         follow(client);
-        const char *const none = "", *const n6 = "n6BeaconReceived", *const gyro = "gyroBeaconReceived",
+        const char *const nothing = "", *const n6 = "n6BeaconReceived", *const gyro = "gyroBeaconReceived",
                           *const shown = "listUpdated screenUpdated",
                           *const taken = "screenUpdated serverChanged listUpdated",
                           *const left = "screenUpdated serverRemoved listUpdated",
@@ -165,8 +166,8 @@ private slots:
               {HeartbeatBytes::n6(), "169.254.3.4", elected, " 169.254.3.4"},
               {HeartbeatBytes::n6(), "10.0.0.5", elected, " 10.0.0.5"},
               {HeartbeatBytes::n6(), "10.0.0.5", n6, " 10.0.0.5"},
-              {HeartbeatBytes::n6(), "169.254.3.4", none, " 10.0.0.5"},
-              {HeartbeatBytes::n6(), "169.254.3.4", none, " 10.0.0.5"},
+              {HeartbeatBytes::n6(), "169.254.3.4", nothing, " 10.0.0.5"},
+              {HeartbeatBytes::n6(), "169.254.3.4", nothing, " 10.0.0.5"},
               {HeartbeatBytes::n6("N6", 1, 0, 0, "2"), "10.0.0.6", elected, " 10.0.0.6"},
               {HeartbeatBytes::n6("other", 1, 0, 0, "2"), "10.0.0.7", elected, " 10.0.0.7"},
               {HeartbeatBytes::device(Gyro, "G"), "10.0.0.3", gyro, " 10.0.0.7"},
