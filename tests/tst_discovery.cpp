@@ -1,4 +1,4 @@
-// clazy:excludeall=non-pod-global-static,connect-non-signal
+// clazy:excludeall=non-pod-global-static
 // What the tool makes of heartbeats: the decoder, the client's records and signals, and the N6's commands.
 
 #include "discovery/heartbeat.h"
