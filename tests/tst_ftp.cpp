@@ -26,15 +26,13 @@ struct Dialogue {
 
 QString described(const QUrlInfo &info)
 {
-    QString letters;
-    for (const auto &[isSo, letter] :
-         {std::pair(info.isDir(), 'd'), std::pair(info.isFile(), 'f'), std::pair(info.isSymLink(), 'l'),
-          std::pair(info.isReadable(), 'r'), std::pair(info.isWritable(), 'w'),
-          std::pair(info.isExecutable(), 'x')})
-        letters += isSo ? QString(QLatin1Char(letter)) : QString();
-    return "%1 %2 %3 %4 %5 %6 %7"_s.arg(info.name(), QString::number(info.permissions(), 8), info.owner(),
-                                        info.group(), QString::number(info.size()),
-                                        info.lastModified().toString(Qt::ISODate), letters);
+    const auto letterIf = [](bool isSo, QLatin1Char letter) { return isSo ? QString(letter) : QString(); };
+    return "%1 %2 %3 %4 %5 %6 "_s.arg(info.name(), QString::number(info.permissions(), 8), info.owner(),
+                                      info.group(), QString::number(info.size()),
+                                      info.lastModified().toString(Qt::ISODate)) +
+           letterIf(info.isDir(), QLatin1Char('d')) + letterIf(info.isFile(), QLatin1Char('f')) +
+           letterIf(info.isSymLink(), QLatin1Char('l')) + letterIf(info.isReadable(), QLatin1Char('r')) +
+           letterIf(info.isWritable(), QLatin1Char('w')) + letterIf(info.isExecutable(), QLatin1Char('x'));
 }
 
 } // namespace
