@@ -75,7 +75,7 @@ private slots:
                          unwilling = "state 1, state 2, state 3, state 0, failed -1, " + notFound +
                                      "Connection refused to host 127.0.0.1";
         addRows<Dialogue>({
-            {"commands without a transfer", "cd mkdir rmdir rename",
+            {"commands without a transfer", "cd mkdir rmdir rename remove",
              "CWD update|MKD \xfc|RMD a %1|RNFR b|RNTO c|DELE d",
              "finished 1, finished 2, finished 3, finished 4, finished 5, done 0"},
             {"nothing can follow a close", "close cd", "QUIT",
@@ -89,9 +89,9 @@ private slots:
             {"the server needs no password", "raw", "USER kwz|SITE x", "raw Fine200, finished 1, done 0",
              "USER 230 Hello\r\n"},
             {"the server answers at length, with lines that are no replies in between", "raw", "SITE x",
-             "raw (127,0,0,1,0,1)\r\n226 x\r\n22\r\ny\r\nz227, finished 1, done 0",
-             "SITE 099 a\r\n600 a\r\n160 a\r\n1/0 a\r\n10: a\r\n10\r\n227-(127,0,0,1,0,1)\r\n226 x\r\n22\r\n"
-             "227-y\r\n227 z\r\n"},
+             "raw w\r\n226 x\r\n22\r\ny\r\nz230, finished 1, done 0",
+             "SITE 099 a\r\n600 a\r\n160 a\r\n1/0 a\r\n10: a\r\n10\r\n230-w\r\n226 x\r\n22\r\n"
+             "230-y\r\n230 z\r\n"},
             {"through a proxy and then without", "proxy connect-boat guest no-proxy",
              "USER anonymous@boat.invalid:2121|PASS anonymous@",
              "finished 1, state 0, state 1, state 2, state 3, finished 2, state 4, finished 3, finished 4, "

@@ -95,10 +95,12 @@ public:
     /// Queues the commands that these words stand for, and prepares the trouble.
     void queue(const QByteArray &words)
     {
-        const QByteArrayList each = words.split(' ');
+        Meanings meanings = commands();
+        meanings.insert(transfers());
+        meanings.insert(troubles());
+        const QByteArrayList each = words.trimmed().split(' ');
         for (const QByteArray &word : each)
-            for (const Meanings &some : {commands(), transfers(), troubles()})
-                some.value(word, [] {})();
+            meanings.value(word)();
     }
 
     /// All signals.
@@ -131,7 +133,8 @@ private:
                 {"cd", [this] { ftp->cd("update"_s); }},
                 {"mkdir", [this] { ftp->mkdir("\u00fc"_s); }},
                 {"rmdir", [this] { ftp->rmdir("a %1"_s); }},
-                {"rename", [this] { ftp->rename("b"_s, "c"_s), ftp->remove("d"_s); }},
+                {"rename", [this] { ftp->rename("b"_s, "c"_s); }},
+                {"remove", [this] { ftp->remove("d"_s); }},
                 {"raw", [this] { ftp->rawCommand(" SITE x \n"_s); }},
                 {"close", [this] { ftp->close(); }}};
     }
