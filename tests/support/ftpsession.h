@@ -165,7 +165,7 @@ private:
     Meanings troubles()
     {
         return {
-            {"no-folder", [this] { server.listing = "x: No such file or directory\r\n"; }},
+            {"no-folder", [this] { server.listing = "x: No such file or directory\r\nhalf"; }},
             {"no-last-word", [this] { server.cutsByReset = true; }},
             {"late-last-word", [this] { server.confirmAfterMs = 6000; }},
             {"cut-at-once", [this] { server.cutAt = 0; }},
