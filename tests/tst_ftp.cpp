@@ -137,6 +137,8 @@ private slots:
             {"the source shrinks", "put-shrinking", putEnded, ofMany + putFailed + unreadable},
             {"the source fails", "put-failing", putEnded, ofMany + putFailed + unreadable},
             {"the source vanishes", "put-vanishing", putEnded, ofMany + putFailed + unreadable},
+            {"the source vanishes before an upload", "put-gone", "TYPE I|PASV|ALLO 0|STOR f|ABOR",
+             "of 0, " + putFailed + unreadable},
             {"an upload is cut off", "cut put-large", putLarge, ofLarge + putCut},
             {"an upload is cut off and called done", "cut put-large", putLarge, ofLarge + putCut,
              "STOR 150 Go\r\n226 Done\r\n"},

@@ -147,7 +147,7 @@ private:
             {"list", [this] { ftp->list("update"_s); }},
             {"get", [=] { get(nullptr); }},
             {"get-full-disk", [=] { get(new MadeUpDevice(0, ftp)); }},
-            {"get-sink-gone", [=] { get(vanishingSink()); }},
+            {"get-sink-gone", [=] { get(vanishingDevice()); }},
             {"put", [this] { ftp->put("abc", "f"_s); }},
             {"put-empty", [this] { ftp->put(QByteArray(), "f"_s, QFtp::Ascii); }},
             {"put-closed", [=] { put(new QFile("/missing"_s, ftp)); }},
@@ -157,6 +157,7 @@ private:
             {"put-shrinking", [=] { put(endingSource(0, [](QObject *) {})); }},
             {"put-failing", [=] { put(endingSource(-1, [](QObject *) {})); }},
             {"put-vanishing", [=] { put(endingSource(1, [](QObject *source) { source->deleteLater(); })); }},
+            {"put-gone", [=] { put(vanishingDevice()); }},
             {"put-abort",
              [=] { put(endingSource(1, [this](QObject *) { QTimer::singleShot(0, ftp, &QFtp::abort); })); }},
             {"put-waiting", [=] { put(pausingStream()); }}};
@@ -203,11 +204,11 @@ private:
         server.takeOver = [=](const QByteArray &heard) { return heard == verb && (act(), false); };
     }
 
-    QIODevice *vanishingSink() const
+    QIODevice *vanishingDevice() const
     {
-        auto *const sink = new MadeUpDevice(0, ftp);
-        connect(ftp, &QFtp::dataTransferProgress, sink, [sink] { delete sink; });
-        return sink;
+        auto *const device = new MadeUpDevice(0, ftp);
+        connect(ftp, &QFtp::dataTransferProgress, device, [device] { delete device; });
+        return device;
     }
 
     // Expects to be asked for a block when the one before it has left.
