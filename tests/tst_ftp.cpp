@@ -26,15 +26,13 @@ struct Dialogue {
 
 QString described(const QUrlInfo &info)
 {
-    QString letters;
-    for (const auto &[isSo, letter] :
-         {std::pair(info.isDir(), 'd'), std::pair(info.isFile(), 'f'), std::pair(info.isSymLink(), 'l'),
-          std::pair(info.isReadable(), 'r'), std::pair(info.isWritable(), 'w'),
-          std::pair(info.isExecutable(), 'x')})
-        letters += isSo ? QString(QLatin1Char(letter)) : QString();
-    return "%1 %2 %3 %4 %5 %6 %7"_s.arg(info.name(), QString::number(info.permissions(), 8), info.owner(),
-                                        info.group(), QString::number(info.size()),
-                                        info.lastModified().toString(Qt::ISODate), letters);
+    const auto letterIf = [](bool isSo, QLatin1Char letter) { return isSo ? QString(letter) : QString(); };
+    return "%1 %2 %3 %4 %5 %6 "_s.arg(info.name(), QString::number(info.permissions(), 8), info.owner(),
+                                      info.group(), QString::number(info.size()),
+                                      info.lastModified().toString(Qt::ISODate)) +
+           letterIf(info.isDir(), QLatin1Char('d')) + letterIf(info.isFile(), QLatin1Char('f')) +
+           letterIf(info.isSymLink(), QLatin1Char('l')) + letterIf(info.isReadable(), QLatin1Char('r')) +
+           letterIf(info.isWritable(), QLatin1Char('w')) + letterIf(info.isExecutable(), QLatin1Char('x'));
 }
 
 } // namespace
@@ -77,7 +75,7 @@ private slots:
                          unwilling = "state 1, state 2, state 3, state 0, failed -1, " + notFound +
                                      "Connection refused to host 127.0.0.1";
         addRows<Dialogue>({
-            {"commands without a transfer", "cd mkdir rmdir rename",
+            {"commands without a transfer", "cd mkdir rmdir rename remove",
              "CWD update|MKD \xfc|RMD a %1|RNFR b|RNTO c|DELE d",
              "finished 1, finished 2, finished 3, finished 4, finished 5, done 0"},
             {"nothing can follow a close", "close cd", "QUIT",
@@ -91,9 +89,9 @@ private slots:
             {"the server needs no password", "raw", "USER kwz|SITE x", "raw Fine200, finished 1, done 0",
              "USER 230 Hello\r\n"},
             {"the server answers at length, with lines that are no replies in between", "raw", "SITE x",
-             "raw (127,0,0,1,0,1)\r\n226 x\r\n22\r\ny\r\nz227, finished 1, done 0",
-             "SITE 099 a\r\n600 a\r\n160 a\r\n1/0 a\r\n10: a\r\n10\r\n227-(127,0,0,1,0,1)\r\n226 x\r\n22\r\n"
-             "227-y\r\n227 z\r\n"},
+             "raw w\r\n226 x\r\n22\r\ny\r\nz230, finished 1, done 0",
+             "SITE 099 a\r\n600 a\r\n160 a\r\n1/0 a\r\n10: a\r\n10\r\n230-w\r\n226 x\r\n22\r\n"
+             "230-y\r\n230 z\r\n"},
             {"through a proxy and then without", "proxy connect-boat guest no-proxy",
              "USER anonymous@boat.invalid:2121|PASS anonymous@",
              "finished 1, state 0, state 1, state 2, state 3, finished 2, state 4, finished 3, finished 4, "
@@ -139,6 +137,8 @@ private slots:
             {"the source shrinks", "put-shrinking", putEnded, ofMany + putFailed + unreadable},
             {"the source fails", "put-failing", putEnded, ofMany + putFailed + unreadable},
             {"the source vanishes", "put-vanishing", putEnded, ofMany + putFailed + unreadable},
+            {"the source vanishes before an upload", "put-gone", "TYPE I|PASV|ALLO 0|STOR f|ABOR",
+             "of 0, " + putFailed + unreadable},
             {"an upload is cut off", "cut put-large", putLarge, ofLarge + putCut},
             {"an upload is cut off and called done", "cut put-large", putLarge, ofLarge + putCut,
              "STOR 150 Go\r\n226 Done\r\n"},
