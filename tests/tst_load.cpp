@@ -1,0 +1,173 @@
+// The whole window under load, here for seconds: it answers while it is flooded, and nothing gathers in it.
+#include "app/mainwindow.h"
+#include "discovery/udphbclient.h"
+#include "tests/support/answers.h"
+#include "tests/support/displays.h"
+#include "tests/support/files.h"
+#include "tests/support/memory.h"
+#include "tests/support/text.h"
+
+#include <QAbstractEventDispatcher>
+#include <QCheckBox>
+#include <QDir>
+#include <QTabWidget>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <atomic>
+#include <future>
+#include <thread>
+#include <vector>
+
+namespace
+{
+
+// A sanitizer keeps what was freed, and makes a window ten times as slow.
+#ifdef __SANITIZE_ADDRESS__
+constexpr bool isSanitized = true;
+#else
+constexpr bool isSanitized = false;
+#endif
+constexpr qint64 littleMemory = 2'000'000; // what the allocator and the toolkit's caches may take later on
+
+constexpr int datagramsPerMs = isSanitized ? 1 : 10, senderCount = 200;
+constexpr int probeMs = 50, settleMs = 1500, floodMs = 5000;
+
+constexpr int displayCount = 3, packageBytes = 1'000'000, beatMs = 40;
+// The last display leaves so often; it is forgotten after 7 s.
+constexpr int awayEveryMs = 14000, awayMs = 10000;
+
+QByteArray heartbeat(int number)
+{
+    const DeviceKind kinds[] = {Screen, Screen2, Eink};
+    return HeartbeatBytes::device(kinds[number % 3], "S");
+}
+
+QByteArray junk(int number)
+{
+    QByteArray bytes(300, '\xFF');
+    bytes[number % 3] = static_cast<char>(number % 251);
+    bytes[38] = static_cast<char>(number % 256);
+    return bytes;
+}
+
+// Returns how many it has sent when it is told to stop.
+int flood(QByteArray (*datagram)(int), const std::atomic<bool> &stop)
+{
+    std::vector<QUdpSocket> senders(senderCount);
+    for (size_t number = 0; number < senderCount; ++number)
+        senders[number].bind(PlayedDisplay::addressOf(static_cast<int>(number)));
+    QElapsedTimer elapsed;
+    elapsed.start();
+    int sent = 0;
+    while (!stop) {
+        for (; !stop && sent < elapsed.elapsed() * datagramsPerMs; ++sent)
+            senders[static_cast<size_t>(sent % senderCount)].writeDatagram(
+                datagram(sent), QHostAddress::LocalHost, protocol::heartbeatPort);
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    return sent;
+}
+
+// What must not gather.
+QString holdings(const QWidget &window)
+{
+    const auto objects = window.findChildren<QObject *>();
+    int timers = 0;
+    for (QObject *object : objects)
+        timers += QAbstractEventDispatcher::instance()->registeredTimers(object).size();
+    const int descriptors = QDir("/proc/self/fd"_s).entryList(QDir::Files | QDir::System).size();
+    qInfo() << residentMemory() / 1000 << "kB";
+    return "%1 objects, %2 timers, %3 descriptors"_s.arg(objects.size()).arg(timers).arg(descriptors);
+}
+
+} // namespace
+
+class TestLoad : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void answersUnderJunk() { endureFlood(junk, 0); }
+    void answersUnderHeartbeats() { endureFlood(heartbeat, senderCount); }
+
+    // Displays beat 50 times as fast as usual, one of them comes and goes, and they are updated all the time.
+    void gathersNothing()
+    {
+        const auto duration =
+            qRound64(qEnvironmentVariable("KELVORA_SOAK_MINUTES", "0.4"_s).toDouble() * 60000);
+        write(package, QByteArray(packageBytes, 'k'));
+        QTimer heart;
+        connect(&heart, &QTimer::timeout, this, [this] {
+            for (int at = elapsed.elapsed() % awayEveryMs < awayMs ? 1 : 0; at < displayCount; ++at)
+                displays[at].beat();
+        });
+        heart.start(beatMs);
+        elapsed.start();
+        Mainwindow window;
+        window.show();
+
+        update(window, qMin<qint64>(60000, duration / 2));
+        const qint64 memory = residentMemory();
+        const QString before = holdings(window);
+        update(window, duration);
+
+        QCOMPARE(holdings(window), before);
+        QVERIFY2(isSanitized || residentMemory() - memory < littleMemory, "memory");
+    }
+
+private:
+    // Ten thousand datagrams a second from two hundred senders.
+    void endureFlood(QByteArray (*datagram)(int), int screens)
+    {
+        Mainwindow window;
+        window.show();
+        std::atomic<bool> stop = false;
+        auto sent = std::async(std::launch::async, flood, datagram, std::cref(stop));
+        const auto end = qScopeGuard([&] { stop = true; });
+        elapsed.start();
+        QTRY_VERIFY(elapsed.elapsed() > settleMs);
+        const qint64 memory = residentMemory();
+        qint64 longestWaitMs = 0;
+        QElapsedTimer sinceProbe;
+        QTimer probe;
+        probe.setTimerType(Qt::PreciseTimer);
+        connect(&probe, &QTimer::timeout, &probe,
+                [&] { longestWaitMs = qMax(longestWaitMs, sinceProbe.restart() - probeMs); });
+        sinceProbe.start();
+        probe.start(probeMs);
+        QTRY_VERIFY_WITH_TIMEOUT(elapsed.elapsed() > floodMs, 2 * floodMs);
+        stop = true;
+        QTRY_COMPARE(window.findChild<udpHBClient *>()->screens().size(), screens);
+        if (isSanitized)
+            return;
+        QVERIFY2(longestWaitMs <= 250, qPrintable(QString::number(longestWaitMs)));
+        QVERIFY2(residentMemory() - memory < littleMemory, "memory");
+        QVERIFY2(sent.get() > floodMs * datagramsPerMs * 4 / 5, "a trickle");
+    }
+
+    // Until a display has come back after the last upload: the rows are new, so that moments are comparable.
+    void update(const Mainwindow &window, qint64 untilMs)
+    {
+        const auto rows = [&] { return window.findChildren<QCheckBox *>().size(); };
+        QTRY_COMPARE_WITH_TIMEOUT(rows(), displayCount, 2 * awayEveryMs);
+        QPushButton *start = button(*window.findChild<QTabWidget *>()->widget(0), "&Start Update"_s);
+        while (elapsed.elapsed() < untilMs) {
+            displays[displayCount - 1].lines.clear();
+            start->click();
+            typeFile(window.findChild<QFileDialog *>(), package);
+            QTRY_VERIFY_WITH_TIMEOUT(start->isVisible(), 20000);
+            QCOMPARE(displays[displayCount - 1].uploadedBytes, packageBytes);
+        }
+        QTRY_COMPARE_WITH_TIMEOUT(rows(), displayCount - 1, 2 * awayEveryMs);
+        QTRY_COMPARE_WITH_TIMEOUT(rows(), displayCount, 2 * awayEveryMs);
+    }
+
+    QTemporaryDir folder;
+    const QString package = folder.filePath("screen-update.tar.gz"_s);
+    PlayedDisplay displays[displayCount]{PlayedDisplay(0), PlayedDisplay(1), PlayedDisplay(2)};
+    QElapsedTimer elapsed;
+};
+
+QTEST_MAIN(TestLoad)
+#include "tst_load.moc"
