@@ -896,7 +896,7 @@ Versuchen Sie es erneut, wenn ein Server verfügbar ist.</translation>
     <message>
         <source>Can not upload to system.
 Try again when server is available.</source>
-        <translation>Die Einstellungen können nicht auf das System übertragen werden.
+        <translation>Die Einstellungen konnten nicht übertragen werden.
 Versuchen Sie es erneut, wenn ein Server verfügbar ist.</translation>
     </message>
 </context>
