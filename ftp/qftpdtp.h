@@ -83,8 +83,8 @@ public:
     QAbstractSocket::SocketState state() const;
     /// Bytes may still go to and fro, or the end of the connection has not been told yet.
     bool isOpen() const { return connection == Connection::Open; }
-    /// Bytes are under way, so that the server's last word comes too early. An upload that it never let begin
-    /// is not.
+    /// The server's last word comes too early: its data connection is still open. That of an upload for which
+    /// there was no go-ahead is no reason to wait.
     bool isBusy() const { return isOpen() && (kind != Transfer::Upload || pump); }
     bool isAwaitingServer() const { return connection == Connection::Listening; }
     /// The other side has ended the connection too early, as shortfall() tells.

@@ -31,7 +31,7 @@ public:
         Idle,                ///< no line waits for its reply
         Waiting,             ///< a line was sent, its last reply is awaited
         OpeningData,         ///< the next line waits for the data connection
-        DrainingData,        ///< the reply is there, and waits until all of the data has come
+        DrainingData,        ///< the last reply is there, and is held until the data connection has closed
         AbortingLine,        ///< ABOR was sent behind a line: that one's reply is awaited
         AbortingBetweenLines ///< ABOR was sent while no line waited: its own reply is awaited
     };
