@@ -3,7 +3,7 @@
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 
-set(KELVORA_TOOLKIT ${CMAKE_CURRENT_LIST_DIR}/../build/windows/qt)
+get_filename_component(KELVORA_TOOLKIT ${CMAKE_CURRENT_LIST_DIR}/../build/windows/qt ABSOLUTE)
 set(triplet x86_64-w64-mingw32)
 # The variant whose standard library has threads.
 set(CMAKE_CXX_COMPILER ${triplet}-g++-posix)
