@@ -8,12 +8,16 @@ set_source_files_properties(${resources} TARGET_DIRECTORY KelvoraTool PROPERTIES
 
 install(TARGETS KelvoraTool RUNTIME DESTINATION .)
 install(FILES windows/qt.conf DESTINATION .)
+foreach(module IN ITEMS Core Gui Network Widgets)
+    list(APPEND toolkit $<TARGET_FILE:Qt5::${module}>)
+endforeach()
 set(plugins $<TARGET_FILE:Qt5::QWindowsIntegrationPlugin> $<TARGET_FILE:Qt5::QWindowsVistaStylePlugin>)
+install(FILES ${toolkit} DESTINATION .)
 install(FILES $<TARGET_FILE:Qt5::QWindowsIntegrationPlugin> DESTINATION plugins/platforms)
 install(FILES $<TARGET_FILE:Qt5::QWindowsVistaStylePlugin> DESTINATION plugins/styles)
 
-# The libraries that program and plug-ins load: the toolkit's, the compiler's, zlib. What is found nowhere is part of
-# Windows.
+# The libraries that these load: the compiler's, zlib. What is found nowhere is part of Windows. CMake looks for names in
+# lower case, which the toolkit's are not.
 foreach(library IN ITEMS libstdc++-6.dll libwinpthread-1.dll)
     execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${library}
         OUTPUT_VARIABLE path OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
@@ -24,8 +28,8 @@ install(CODE "
     set(CMAKE_GET_RUNTIME_DEPENDENCIES_PLATFORM windows+pe)
     set(CMAKE_GET_RUNTIME_DEPENDENCIES_TOOL objdump)
     set(CMAKE_GET_RUNTIME_DEPENDENCIES_COMMAND \"${CMAKE_OBJDUMP}\")
-    file(GET_RUNTIME_DEPENDENCIES EXECUTABLES \"$<TARGET_FILE:KelvoraTool>\" LIBRARIES ${plugins}
-        DIRECTORIES \"$<TARGET_FILE_DIR:Qt5::Core>\" ${library_folders}
+    file(GET_RUNTIME_DEPENDENCIES EXECUTABLES \"$<TARGET_FILE:KelvoraTool>\" LIBRARIES ${toolkit} ${plugins}
+        DIRECTORIES ${library_folders}
         RESOLVED_DEPENDENCIES_VAR libraries UNRESOLVED_DEPENDENCIES_VAR part_of_windows)
     foreach(library IN LISTS libraries)
         file(INSTALL \${library} DESTINATION \"\${CMAKE_INSTALL_PREFIX}\")
