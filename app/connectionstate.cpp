@@ -86,6 +86,7 @@ void connectionState::showQuality(ConnectionQuality quality)
     switch (quality) {
     case ConnectionQuality::Good:
         statusIcon->setIcon(builtinIcon(QStringLiteral("ok")));
+        //: Only read aloud, like the next two: what the icon of the connection shows
         statusIcon->setAccessibleName(tr("State: good"));
         break;
     case ConnectionQuality::Warning:

@@ -49,6 +49,7 @@ Mainwindow::Mainwindow(QWidget *parent)
     logo->setStyleSheet(QStringLiteral("QPushButton { border:none; outline:none; background-color:black; }"));
     // A banner: nothing to press or to stop at.
     logo->setFocusPolicy(Qt::NoFocus);
+    //: Only read aloud
     logo->setAccessibleName(tr("Logo"));
     logo->setIcon(builtinIcon(QStringLiteral("logo")));
 }
@@ -61,6 +62,8 @@ Mainwindow::~Mainwindow()
 
 void Mainwindow::addPages()
 {
+    //: The titles of the five tabs, which share some 850 pixels. Screen, Screen2 and E-Ink are types of
+    //: displays
     tabs->addTab(new MonitorUpdate(client, displaytype::screen, this), tr("Screen Updates"));
     tabs->addTab(new MonitorUpdate(client, displaytype::screen2, this), tr("Screen2 Updates"));
     tabs->addTab(new MonitorUpdate(client, displaytype::eink, this), tr("E-Ink Updates"));

@@ -11,6 +11,7 @@ Verdict verdictOn(const Reachable &known)
     if (!known.hasScreens)
         return {ConnectionQuality::Good,
                 QCoreApplication::translate("connectionState", "N6 connection ok, no screens connected")};
+    //: One of the two texts that begin with a comma may follow. A server holds the settings of the system
     if (known.hasSeveralServers)
         return {ConnectionQuality::Warning,
                 QCoreApplication::translate("connectionState", "Connection ok") +
@@ -24,6 +25,7 @@ Verdict verdictOn(const Reachable &known)
 
 Verdict verdictOnFirstGeneration()
 {
+    //: Gen1: the first generation of the instruments, which this program cannot serve
     return {ConnectionQuality::Warning,
             QCoreApplication::translate("connectionState",
                                         "Found Gen1 devices, contact support for suitable software")};

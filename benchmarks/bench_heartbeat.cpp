@@ -28,7 +28,7 @@ void BenchHeartbeat::knownDisplay()
     const auto addressOf = [](int number) {
         return QHostAddress(0x0A000001U + static_cast<quint32>(number));
     };
-    const QByteArray datagram = HeartbeatBytes::screen(0x00, "0123456789");
+    const QByteArray datagram = HeartbeatBytes::device(Screen, "0123456789");
     for (int number = 0; number < displays; ++number)
         client.processHeartbeat(datagram, addressOf(number));
     QCOMPARE(client.screens().size(), displays);

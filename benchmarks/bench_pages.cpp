@@ -1,6 +1,7 @@
 // Measures what the display pages cost: building them for so many displays, and whether the window keeps up
 // and stays responsive while displays appear, real ones or made-up ones that never come to an end.
 #include "discovery/udphbclient.h"
+#include "tests/support/heartbeatbytes.h"
 #include "update/monitorupdate.h"
 
 #include <QApplication>
@@ -8,7 +9,6 @@
 #include <QEventLoop>
 #include <QTabWidget>
 #include <QTimer>
-#include <QtEndian>
 
 #include <algorithm>
 #include <cstdio>
@@ -19,17 +19,6 @@ namespace
 constexpr int passiveMode = 2;
 constexpr int probeIntervalMs = 10;
 constexpr quint32 firstAddress = 0x0A4B5202; // 10.75.82.2
-
-QByteArray heartbeat(int display, int beat)
-{
-    QByteArray datagram(38, '\0');
-    datagram.replace(1, 10, QByteArray::number(1000000000 + display));
-    datagram[17] = 1;
-    datagram.replace(18, 3, "1.4");
-    qToLittleEndian(100.0 + beat, datagram.data() + 24);
-    qToLittleEndian(12.0F + static_cast<float>(beat % 10) / 10, datagram.data() + 32);
-    return datagram + "\x10" + "5.10.110-kelvora" + "\x05" + "2.1.0";
-}
 
 QHostAddress addressOf(int display)
 {
@@ -60,25 +49,21 @@ public:
         loop.exec();
     }
 
-    void hear(int display, int beat)
-    {
-        client.processHeartbeat(heartbeat(display, beat), addressOf(display));
-    }
-
-    // Hears heartbeats at an even pace until the duration is over, then lets the event loop come to rest.
-    // Returns how long it ran late, in milliseconds.
-    qint64 hearEvenly(int heartbeats, int durationMs, int displays)
+    // Hears one display after the other at an even pace, then lets the event loop come to rest. Returns how
+    // long that ran late, in milliseconds.
+    qint64 hear(int displays, int durationMs)
     {
         QElapsedTimer elapsed;
         int heard = 0;
         QTimer pace;
         QObject::connect(&pace, &QTimer::timeout, &pace, [&] {
-            const qint64 due = std::min<qint64>(heartbeats, heartbeats * elapsed.elapsed() / durationMs + 1);
+            const qint64 due = std::min<qint64>(displays, displays * elapsed.elapsed() / durationMs + 1);
             // As the client does: what is due is read in portions, so that painting keeps its turn.
             QElapsedTimer reading;
             reading.start();
             for (; heard < due && reading.elapsed() < 20; ++heard)
-                hear(heard % displays, heard / displays);
+                client.processHeartbeat(HeartbeatBytes::device(Screen, QByteArray::number(heard)),
+                                        addressOf(heard));
         });
         elapsed.start();
         sinceProbe.start();
@@ -87,7 +72,7 @@ public:
         pace.start(0);
         QEventLoop loop;
         QObject::connect(&pace, &QTimer::timeout, &loop, [&] {
-            if (heard == heartbeats)
+            if (heard == displays)
                 loop.quit();
         });
         loop.exec();
@@ -107,7 +92,7 @@ public:
 void measureBuilding(int displays)
 {
     Window window;
-    window.hearEvenly(displays, 1, displays);
+    window.hear(displays, 1);
     QElapsedTimer elapsed;
     elapsed.start();
     MonitorUpdate page(&window.client, QStringLiteral("SCREEN"), nullptr);
@@ -121,7 +106,7 @@ void measureBuilding(int displays)
 void measureDiscovery(int displays, int seconds)
 {
     Window window;
-    const qint64 lateMs = window.hearEvenly(displays, 1000 * seconds, displays);
+    const qint64 lateMs = window.hear(displays, 1000 * seconds);
     std::printf("found within %d s  %4d displays  list complete %lld ms late, longest wait %lld ms\n",
                 seconds, displays, static_cast<long long>(std::max<qint64>(lateMs, 0)),
                 static_cast<long long>(window.longestWaitMs));

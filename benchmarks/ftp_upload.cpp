@@ -1,11 +1,12 @@
 // Uploads over loopback to a server that throws everything away: how fast, beside curl with the same server
 // and file, and with how much memory. Run without arguments; every measured client is a process of its own.
 #include "ftp/qftp.h"
+#include "tests/support/scriptedftpserver.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QFile>
-#include <QFileInfo>
+#include <QProcess>
 #include <QStandardPaths>
 #include <QTemporaryFile>
 #include <QTextStream>
@@ -13,8 +14,7 @@
 
 #include <algorithm>
 #include <array>
-#include <csignal>
-#include <cstdlib>
+#include <thread>
 
 #include <arpa/inet.h>
 #include <fcntl.h>
@@ -43,92 +43,56 @@ QTextStream &out()
     return stream;
 }
 
-int listenOnLoopback(quint16 *port)
+// Each server has one client at a time.
+QHostAddress serverAddress(int number)
 {
-    const int listener = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t length = sizeof address;
-    auto *const generic = reinterpret_cast<sockaddr *>(&address);
-    if (listener < 0 || bind(listener, generic, length) != 0 || listen(listener, parallelUploads) != 0 ||
-        getsockname(listener, generic, &length) != 0)
-        qFatal("cannot listen on the loopback interface");
-    *port = ntohs(address.sin_port);
-    return listener;
+    return QHostAddress(QStringLiteral("127.0.1.%1").arg(number + 1));
 }
 
-void say(int control, const QByteArray &text)
+// Takes what the server is sent. Reads as the usual servers do, and is faster than they are, for it stores
+// nothing: in a thread, for an event loop would be slower than the clients.
+class Sink : public QTcpServer
 {
-    if (write(control, text.constData(), static_cast<std::size_t>(text.size())) != text.size())
-        std::exit(1);
-}
+public:
+    explicit Sink(ScriptedFtpServer *ftpServer) : server(ftpServer)
+    {
+        listen(server->serverAddress());
+        server->answers["EPSV"] = "229 Extended (|||" + QByteArray::number(serverPort()) + "|)\r\n";
+        server->answers["PASV"] = "227 Passive (" + server->passiveAddress(serverPort()) + ")\r\n";
+        server->answers["STOR"] = "150 Go\r\n";
+    }
 
-// Reads as the usual servers do, and is faster than they are, for it stores nothing.
-void discard(int dataListener)
-{
-    const int data = accept(dataListener, nullptr, nullptr);
-    std::array<char, sinkBytes> buffer;
-    while (recv(data, buffer.data(), buffer.size(), 0) > 0)
-        continue;
-    close(data);
-}
+protected:
+    void incomingConnection(qintptr descriptor) override
+    {
+        std::thread([this, data = static_cast<int>(descriptor)] {
+            fcntl(data, F_SETFL, 0); // waits for what comes, as the toolkit's sockets never do
+            std::array<char, sinkBytes> buffer;
+            while (recv(data, buffer.data(), buffer.size(), 0) > 0)
+                continue;
+            ::close(data);
+            QMetaObject::invokeMethod(this, [this] { server->reply("226 Done\r\n"); });
+        }).detach();
+    }
 
-// One session, as far as an upload needs it.
-void serveSession(int control)
+private:
+    ScriptedFtpServer *const server;
+};
+
+// As many as there may be clients, in a process of their own.
+int serve()
 {
-    const int noDelay = 1;
-    setsockopt(control, IPPROTO_TCP, TCP_NODELAY, &noDelay, sizeof noDelay);
+    QObject servers;
     quint16 port = 0;
-    const int dataListener = listenOnLoopback(&port);
-    FILE *const input = fdopen(control, "r");
-    char line[512];
-    say(control, "220 Ready\r\n");
-    while (fgets(line, sizeof line, input)) {
-        const QByteArray verb = QByteArray(line).trimmed().split(' ').first();
-        if (verb == "USER") {
-            say(control, "331 Password?\r\n");
-        } else if (verb == "PASS") {
-            say(control, "230 Welcome\r\n");
-        } else if (verb == "PWD") {
-            say(control, "257 \"/\"\r\n");
-        } else if (verb == "EPSV") {
-            say(control, "229 Extended (|||" + QByteArray::number(port) + "|)\r\n");
-        } else if (verb == "PASV") {
-            say(control, "227 Passive (127,0,0,1," + QByteArray::number(port >> 8) + ',' +
-                             QByteArray::number(port & 255) + ")\r\n");
-        } else if (verb == "STOR") {
-            say(control, "150 Go\r\n");
-            discard(dataListener);
-            say(control, "226 Done\r\n");
-        } else if (verb == "QUIT") {
-            say(control, "221 Bye\r\n");
-            break;
-        } else {
-            say(control, "200 Fine\r\n");
-        }
+    for (int number = 0; number < parallelUploads; ++number) {
+        auto *const server = new ScriptedFtpServer(serverAddress(number), port);
+        server->setParent(&servers);
+        (new Sink(server))->setParent(server);
+        port = server->serverPort();
     }
-    fclose(input);
-}
-
-/// Forks the server off; returns its process.
-pid_t startServer(quint16 *port)
-{
-    const int listener = listenOnLoopback(port);
-    const pid_t server = fork();
-    if (server != 0) {
-        close(listener);
-        return server;
-    }
-    std::signal(SIGCHLD, SIG_IGN);
-    for (;;) {
-        const int control = accept(listener, nullptr, nullptr);
-        if (fork() == 0) {
-            serveSession(control);
-            std::exit(0);
-        }
-        close(control);
-    }
+    out() << port << '\n';
+    out().flush();
+    return QCoreApplication::exec();
 }
 
 struct Cost {
@@ -188,7 +152,7 @@ bool compareWithCurl(quint16 port, const QString &self, const QString &file)
     const QString number = QString::number(port);
     Client ours{{self, QStringLiteral("client"), number, file, QStringLiteral("1")}, {}, {}};
     Client theirs{{curl, QStringLiteral("-s"), QStringLiteral("-T"), file,
-                   QStringLiteral("ftp://127.0.0.1:%1/x").arg(port)},
+                   QStringLiteral("ftp://%1:%2/x").arg(serverAddress(0).toString()).arg(port)},
                   {},
                   {}};
     Client bare{{self, QStringLiteral("bare"), number, file}, {}, {}};
@@ -238,13 +202,16 @@ bool measureMemory(quint16 port, const QString &self, QTemporaryFile *file)
 
 int measure(const QString &self)
 {
-    quint16 port = 0;
-    const pid_t server = startServer(&port);
+    QProcess server;
+    server.start(self, {QStringLiteral("serve")});
+    server.waitForReadyRead();
+    const quint16 port = server.readLine().trimmed().toUShort();
     QTemporaryFile file;
     const bool isReady = file.open() && file.resize(gibibyte);
     const bool isFast = isReady && compareWithCurl(port, self, file.fileName());
     const bool isSmall = isReady && measureMemory(port, self, &file);
-    kill(server, SIGTERM);
+    server.kill();
+    server.waitForFinished();
     return isFast && isSmall ? 0 : 1;
 }
 
@@ -263,7 +230,7 @@ int upload(quint16 port, const QString &fileName, int uploads)
             if (--running == 0)
                 QCoreApplication::quit();
         });
-        ftp->connectToHost(QStringLiteral("127.0.0.1"), port);
+        ftp->connectToHost(serverAddress(i).toString(), port);
         ftp->login();
         ftp->put(file, QStringLiteral("image"));
         ftp->close();
@@ -279,7 +246,7 @@ int connectTo(quint16 port)
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_port = htons(port);
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    address.sin_addr.s_addr = htonl(serverAddress(0).toIPv4Address());
     const int noDelay = 1;
     setsockopt(connection, IPPROTO_TCP, TCP_NODELAY, &noDelay, sizeof noDelay);
     return connect(connection, reinterpret_cast<sockaddr *>(&address), sizeof address) == 0 ? connection : -1;
@@ -292,7 +259,8 @@ int uploadBare(quint16 port, const QString &fileName)
     FILE *const replies = fdopen(control, "r");
     char reply[512];
     const auto ask = [&](const QByteArray &command) {
-        say(control, command);
+        if (write(control, command.constData(), static_cast<std::size_t>(command.size())) != command.size())
+            return QByteArray();
         return fgets(reply, sizeof reply, replies) ? QByteArray(reply) : QByteArray();
     };
     ask({}); // the greeting
@@ -319,5 +287,7 @@ int main(int argc, char *argv[])
         return upload(arguments.at(2).toUShort(), arguments.at(3), arguments.at(4).toInt());
     if (arguments.size() == 4 && arguments.at(1) == QLatin1String("bare"))
         return uploadBare(arguments.at(2).toUShort(), arguments.at(3));
+    if (arguments.size() == 2 && arguments.at(1) == QLatin1String("serve"))
+        return serve();
     return measure(QCoreApplication::applicationFilePath());
 }

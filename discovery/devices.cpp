@@ -1,5 +1,7 @@
 #include "discovery/devices.h"
 
+#include <QCoreApplication>
+
 QString n6ModelName(int model)
 {
     switch (model) {
@@ -14,7 +16,8 @@ QString n6ModelName(int model)
     case 5:
         return QStringLiteral("N6 Heron");
     default:
-        return QStringLiteral("Unknown");
+        //: A model of the N6
+        return QCoreApplication::translate("N6Device", "Unknown");
     }
 }
 

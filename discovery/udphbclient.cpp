@@ -294,7 +294,7 @@ int udpHBClient::indexOfScreen(const QHostAddress &address) const
 {
     const auto found = std::find_if(displays.cbegin(), displays.cend(),
                                     [&](const ScreenDevice &screen) { return screen.address == address; });
-    return found == displays.cend() ? -1 : static_cast<int>(found - displays.cbegin());
+    return found == displays.cend() ? -1 : found - displays.cbegin();
 }
 
 // Every device that claims to hold the settings; an N6 always does.

@@ -1,5 +1,7 @@
 #include "ftp/passivereply.h"
 
+#include "ftp/replyreader.h"
+
 #include <QHostAddress>
 #include <QRegularExpression>
 #include <QStringList>
@@ -9,6 +11,9 @@
 
 namespace
 {
+
+constexpr int codePassive = 227;
+constexpr int codeExtendedPassive = 229;
 
 // Where the delimited fields of "(|||6446|)" hold the port.
 constexpr int portField = 3;
@@ -49,6 +54,15 @@ std::optional<quint16> extendedPassivePort(const QString &replyText)
     const quint16 port =
         replyText.mid(bracket + 1).section(replyText.at(bracket + 1), portField, portField).toUShort(&isPort);
     return isPort ? std::optional<quint16>(port) : std::nullopt;
+}
+
+std::optional<PassiveEndpoint> announcedEndpoint(const FtpReply &reply, const QHostAddress &server)
+{
+    if (reply.code == codePassive)
+        return passiveEndpoint(reply.text);
+    const std::optional<quint16> port =
+        reply.code == codeExtendedPassive ? extendedPassivePort(reply.text) : std::nullopt;
+    return port ? std::optional<PassiveEndpoint>({server.toString(), *port}) : std::nullopt;
 }
 
 QString portLine(const QHostAddress &address, quint16 port)

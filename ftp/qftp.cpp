@@ -317,7 +317,7 @@ void QFtp::_q_startNextCommand()
             return;
         const Start start = carryOut();
         const bool isOver = start == Start::Done || start == Start::Failed;
-        if (!isOver || !finishCommand(start == Start::Failed))
+        if (!isOver || finishCommand(start == Start::Failed) != End::OthersWait)
             return;
     }
 }
@@ -413,8 +413,7 @@ void QFtp::_q_piFinished(const QString & /*text*/)
         d->close_waitForStateChange = true;
         return;
     }
-    if (finishCommand(false))
-        _q_startNextCommand();
+    finishAndGoOn(false);
 }
 
 void QFtp::_q_piError(int code, const QString &text)
@@ -433,8 +432,7 @@ void QFtp::_q_piError(int code, const QString &text)
     if (command == Put && sent.startsWith(QLatin1String("ALLO ")))
         return;
     fail(code, text);
-    if (finishCommand(true))
-        _q_startNextCommand();
+    finishAndGoOn(true);
 }
 
 QFtp::Start QFtp::fail(int code, const QString &text)
@@ -446,19 +444,23 @@ QFtp::Start QFtp::fail(int code, const QString &text)
     return Start::Failed;
 }
 
-// True when another command is to be started now.
-bool QFtp::finishCommand(bool failed)
+void QFtp::finishAndGoOn(bool failed)
+{
+    if (finishCommand(failed) == End::OthersWait)
+        _q_startNextCommand();
+}
+
+QFtp::End QFtp::finishCommand(bool failed)
 {
     const QPointer<QFtp> self = this;
-    const int id = currentId();
-    emit commandFinished(id, failed);
-    if (!self || currentId() != id)
-        return false;
+    emit commandFinished(currentId(), failed);
+    if (!self)
+        return End::Deleted;
     d->pending.pop_front();
     if (!d->pending.empty())
-        return true;
+        return End::OthersWait;
     emit done(failed);
-    return false;
+    return End::QueueEmpty;
 }
 
 void QFtp::_q_piConnectState(int connectState)

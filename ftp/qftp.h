@@ -132,6 +132,8 @@ private:
 
     /// What became of a command that was to be started.
     enum class Start { Running, Done, Failed, Deleted };
+    /// What the end of a command leaves to do.
+    enum class End { OthersWait, QueueEmpty, Deleted };
 
     int enqueue(Request request);
     Start carryOut();
@@ -139,7 +141,8 @@ private:
     Start sendLines();
     QString prepareTransfer();
     Start fail(int code, const QString &text);
-    bool finishCommand(bool failed);
+    void finishAndGoOn(bool failed);
+    End finishCommand(bool failed);
 
     std::unique_ptr<Private> d;
 };

@@ -27,6 +27,26 @@ QFtpDTP::QFtpDTP(QObject *interpreter, SessionEvents *sessionEvents)
 
 QFtpDTP::~QFtpDTP() = default;
 
+void QFtpDTP::prepareUpload(const QByteArray &bytes)
+{
+    setTransfer(Transfer::Upload);
+    setData(&bytes);
+    setBytesTotal(bytes.size());
+}
+
+void QFtpDTP::prepareUpload(QIODevice *source)
+{
+    setTransfer(Transfer::Upload);
+    setDevice(source);
+    setBytesTotal(source->isSequential() ? 0 : source->size());
+}
+
+void QFtpDTP::prepareDownload(QIODevice *sink)
+{
+    setTransfer(sink ? Transfer::Download : Transfer::ReadByCaller);
+    setDevice(sink);
+}
+
 void QFtpDTP::setTransfer(Transfer next)
 {
     abortConnection();

@@ -43,11 +43,18 @@ public:
     QFtpDTP(QObject *interpreter, SessionEvents *sessionEvents);
     ~QFtpDTP() override;
 
-    /// Ends the last transfer and forgets all of it: connection, source or sink, error and unread data. The
-    /// next one is of this kind.
-    void setTransfer(Transfer next);
+    // Each ends the last transfer and forgets all of it: connection, source or sink, error and unread data.
+
+    /// The bytes are copied.
+    void prepareUpload(const QByteArray &bytes);
+    void prepareUpload(QIODevice *source);
+    /// Into the sink, or for read() and readAll() where there is none.
+    void prepareDownload(QIODevice *sink);
+    void prepareListing() { setTransfer(Transfer::Listing); }
+    void prepareNoTransfer() { setTransfer(Transfer::None); }
+
     Transfer transfer() const { return kind; }
-    /// Uploads these bytes; they are copied. To be called once after setTransfer().
+    /// Uploads these bytes; they are copied.
     void setData(const QByteArray *bytes);
     /// Uploads from or downloads into this device, which has to be open.
     void setDevice(QIODevice *sourceOrSink);
@@ -114,6 +121,7 @@ public slots:
 private:
     enum class Connection { None, Listening, Connecting, Open, Closed };
 
+    void setTransfer(Transfer next);
     static QString sourceFailure();
     bool isAllSent() const;
     void forgetDevice();

@@ -2,7 +2,6 @@
 
 #include "ftp/farewell.h"
 #include "ftp/networksession.h"
-#include "ftp/passivereply.h"
 #include "ftp/qftp.h"
 
 #include <QHostAddress>
@@ -31,8 +30,6 @@ constexpr int standstillTimeoutMs = 30000;
 constexpr int codeSuperfluous = 202;
 constexpr int codeFileStatus = 213;
 constexpr int codeNoTransfer = 225;
-constexpr int codePassive = 227;
-constexpr int codeExtendedPassive = 229;
 constexpr int codeLoggedIn = 230;
 
 Q_LOGGING_CATEGORY(ftpLog, "kelvora.ftp", QtWarningMsg)
@@ -163,7 +160,7 @@ void QFtpPI::clearPendingCommands()
     pendingCommands.clear();
     currentCmd.clear();
     heldReply.reset();
-    dtp.setTransfer(QFtpDTP::Transfer::None);
+    dtp.prepareNoTransfer();
     changeState(isConnected() ? State::Idle : State::Unconnected);
 }
 
@@ -203,41 +200,6 @@ void QFtpPI::abort()
 QString QFtpPI::abortReason() const
 {
     return dtp.hasError() ? dtp.errorMessage() : abortedText();
-}
-
-void QFtpPI::prepareUpload(const QByteArray &bytes)
-{
-    dtp.setTransfer(QFtpDTP::Transfer::Upload);
-    dtp.setData(&bytes);
-    dtp.setBytesTotal(bytes.size());
-}
-
-void QFtpPI::prepareUpload(QIODevice *source)
-{
-    dtp.setTransfer(QFtpDTP::Transfer::Upload);
-    dtp.setDevice(source);
-    dtp.setBytesTotal(source->isSequential() ? 0 : source->size());
-}
-
-void QFtpPI::prepareDownload(QIODevice *sink)
-{
-    dtp.setTransfer(sink ? QFtpDTP::Transfer::Download : QFtpDTP::Transfer::ReadByCaller);
-    dtp.setDevice(sink);
-}
-
-void QFtpPI::prepareListing()
-{
-    dtp.setTransfer(QFtpDTP::Transfer::Listing);
-}
-
-void QFtpPI::prepareNoTransfer()
-{
-    dtp.setTransfer(QFtpDTP::Transfer::None);
-}
-
-void QFtpPI::forgetSize()
-{
-    dtp.setBytesTotal(0);
 }
 
 void QFtpPI::hostFound()
@@ -350,7 +312,12 @@ void QFtpPI::handleGreeting(const FtpReply &reply)
 // Waiting -> Waiting, DrainingData, Idle, OpeningData
 void QFtpPI::handleAnswer(const FtpReply &reply)
 {
-    if (mustAwaitData(reply)) {
+    const bool isLastWord = endsTransfer(reply);
+    // A server's own connection may still wait to be accepted, with all the data in it.
+    if (isLastWord)
+        dtp.waitForConnection();
+    // A transfer is complete only when its last bytes have come out of the data connection.
+    if (isLastWord && dtp.isBusy()) {
         heldReply = reply;
         changeState(State::DrainingData);
         patience.start(standstillTimeoutMs);
@@ -359,16 +326,10 @@ void QFtpPI::handleAnswer(const FtpReply &reply)
     }
 }
 
-// A transfer is complete only when its last bytes have come out of the data connection. A server's own
-// connection may still wait to be accepted, with all the data in it.
-bool QFtpPI::mustAwaitData(const FtpReply &reply)
+bool QFtpPI::endsTransfer(const FtpReply &reply) const
 {
-    const bool endsTransfer = reply.kind() == FtpReply::Kind::Completion && !isFailure(reply) &&
-                              pendingCommands.isEmpty() && dtp.transfer() != QFtpDTP::Transfer::None;
-    if (!endsTransfer)
-        return false;
-    dtp.waitForConnection();
-    return dtp.isBusy();
+    return reply.kind() == FtpReply::Kind::Completion && !isFailure(reply) && pendingCommands.isEmpty() &&
+           dtp.transfer() != QFtpDTP::Transfer::None;
 }
 
 // AbortingLine, AbortingBetweenLines -> Idle. Two replies follow an ABOR behind a line: the line's and, to be
@@ -384,15 +345,11 @@ void QFtpPI::handleAnswerToAbort(const FtpReply &reply)
     if (answersLine && reply.code != codeNoTransfer)
         ++repliesToSkip;
     const bool isCutOff = !answersLine || !pendingCommands.isEmpty() || !dtp.shortfall().isNull();
-    const QString ownReason = abortReason();
-    pendingCommands.clear();
-    changeState(State::Idle);
     if (isFailure(reply) || isCutOff) {
-        // Whatever the line was, its command is over.
-        currentCmd.clear();
-        emit error(QFtp::UnknownError, isFailure(reply) && !dtp.hasError() ? reply.text : ownReason);
+        endWithError(QFtp::UnknownError, isFailure(reply) && !dtp.hasError() ? reply.text : abortReason());
         return;
     }
+    changeState(State::Idle);
     // The abort came too late for the log-in.
     if (reply.code == codeLoggedIn && !rawCommand)
         emit connectState(QFtp::LoggedIn);
@@ -421,14 +378,10 @@ void QFtpPI::interpret(const FtpReply &reply)
 {
     if (isAborting())
         return;
+    const std::optional<PassiveEndpoint> server = announcedEndpoint(reply, commandSocket->peerAddress());
     // Behind the last line nothing is left that a new data connection could be for.
-    const bool mayOpenData = !pendingCommands.isEmpty();
-    if (reply.code == codePassive && mayOpenData) {
-        if (const std::optional<PassiveEndpoint> server = passiveEndpoint(reply.text))
-            openDataConnection(server->host, server->port);
-    } else if (reply.code == codeExtendedPassive && mayOpenData) {
-        if (const std::optional<quint16> port = extendedPassivePort(reply.text))
-            openDataConnection(commandSocket->peerAddress().toString(), *port);
+    if (server && !pendingCommands.isEmpty()) {
+        openDataConnection(*server);
     } else if (reply.code == codeLoggedIn) {
         if (isCommand(currentCmd, "USER ") && !pendingCommands.isEmpty() &&
             isCommand(pendingCommands.first(), "PASS "))
@@ -449,7 +402,7 @@ void QFtpPI::conclude(const FtpReply &reply)
 {
     const QString shortfall = pendingCommands.isEmpty() ? dtp.shortfall() : QString();
     if (isFailure(reply)) {
-        if (fallBack())
+        if (fallBack() == Fallback::PlainForm)
             sendNextLine();
         else
             reportFailure(QFtp::UnknownError, reply.text);
@@ -461,16 +414,16 @@ void QFtpPI::conclude(const FtpReply &reply)
 }
 
 // Old servers know only the plain forms.
-bool QFtpPI::fallBack()
+QFtpPI::Fallback QFtpPI::fallBack()
 {
     if (isCommand(currentCmd, "EPSV"))
         pendingCommands.prepend(QStringLiteral("PASV\r\n"));
     else if (isCommand(currentCmd, "EPRT"))
         pendingCommands.prepend(QStringLiteral("PORT\r\n"));
     else
-        return false;
+        return Fallback::Nothing;
     transferConnectionExtended = false;
-    return true;
+    return Fallback::PlainForm;
 }
 
 // Idle -> Idle, Waiting. The command goes on unless whoever hears of the failure ends it.
@@ -500,7 +453,7 @@ void QFtpPI::advance(const QString &text)
 void QFtpPI::sendNextLine()
 {
     currentCmd = pendingCommands.takeFirst();
-    if (!completeLine(currentCmd)) {
+    if (completeLine() == Line::NoAddressToTell) {
         refuseDataConnection();
         return;
     }
@@ -513,30 +466,30 @@ void QFtpPI::sendNextLine()
         commandSocket->write(currentCmd.toLatin1());
 }
 
-// Completes the lines that open a data connection; false when no address can be told to the server.
-bool QFtpPI::completeLine(QString &line)
+// The lines that open a data connection depend on this side's address.
+QFtpPI::Line QFtpPI::completeLine()
 {
     const QHostAddress local = commandSocket->localAddress();
     const bool isIPv6 = local.protocol() == QAbstractSocket::IPv6Protocol;
-    if (isCommand(line, "PASV") && isIPv6 && transferConnectionExtended)
-        line = QStringLiteral("EPSV\r\n");
-    if (!isCommand(line, "PORT"))
-        return true;
+    if (isCommand(currentCmd, "PASV") && isIPv6 && transferConnectionExtended)
+        currentCmd = QStringLiteral("EPSV\r\n");
+    if (!isCommand(currentCmd, "PORT"))
+        return Line::Complete;
     if (isIPv6 && !transferConnectionExtended)
-        return false;
+        return Line::NoAddressToTell;
     const int port = dtp.setupListener(local, commandSocket->peerAddress());
     if (port < 0)
-        return false;
-    line = portLine(local, static_cast<quint16>(port));
-    return true;
+        return Line::NoAddressToTell;
+    currentCmd = portLine(local, static_cast<quint16>(port));
+    return Line::Complete;
 }
 
 // Idle -> OpeningData
-void QFtpPI::openDataConnection(const QString &host, quint16 port)
+void QFtpPI::openDataConnection(const PassiveEndpoint &server)
 {
     changeState(State::OpeningData);
     patience.start(dataConnectionTimeoutMs);
-    dtp.connectToHost(host, port);
+    dtp.connectToHost(server.host, server.port);
 }
 
 // OpeningData -> Idle, Waiting; DrainingData as by dataConnectionClosed(). Any other stays.
@@ -557,8 +510,8 @@ void QFtpPI::dtpConnectState(int dataState)
 void QFtpPI::dataConnectionClosed()
 {
     const QPointer<QFtpPI> self = this;
-    if (heldReply) {
-        takeAnswer(*std::exchange(heldReply, std::nullopt));
+    if (const std::optional<FtpReply> last = std::exchange(heldReply, std::nullopt)) {
+        takeAnswer(*last);
         if (self && state == State::Idle && !isConnected())
             changeState(State::Unconnected);
         if (self)
@@ -590,7 +543,6 @@ void QFtpPI::patienceEnded()
     if (patience.isActive())
         return;
     if (state == State::OpeningData) {
-        dtp.abortConnection();
         refuseDataConnection();
     } else if (isAborting() && dtp.isOpen()) {
         dtp.abortConnection();
@@ -625,7 +577,7 @@ void QFtpPI::giveUpDraining(const QString &text)
         readReplies();
 }
 
-// Any -> Idle, Unconnected
+// Any -> Idle, Unconnected: whatever the line was, its command is over.
 void QFtpPI::endWithError(int code, const QString &text)
 {
     pendingCommands.clear();

@@ -2,6 +2,7 @@
 // and has the data connection opened and closed in between. QFtp owns it. docs/ftp.md shows its states.
 #pragma once
 
+#include "ftp/passivereply.h"
 #include "ftp/qftpdtp.h"
 #include "ftp/replyreader.h"
 #include "ftp/sessionevents.h"
@@ -69,15 +70,15 @@ public:
 
     // What the next lines transfer, to be said before they are sent.
 
-    void prepareUpload(const QByteArray &bytes);
-    void prepareUpload(QIODevice *source);
+    void prepareUpload(const QByteArray &bytes) { dtp.prepareUpload(bytes); }
+    void prepareUpload(QIODevice *source) { dtp.prepareUpload(source); }
     /// Into the sink, or for read() and readAll() where there is none.
-    void prepareDownload(QIODevice *sink);
-    void prepareListing();
+    void prepareDownload(QIODevice *sink) { dtp.prepareDownload(sink); }
+    void prepareListing() { dtp.prepareListing(); }
     /// Nothing; what the last download left unread is forgotten.
-    void prepareNoTransfer();
+    void prepareNoTransfer() { dtp.prepareNoTransfer(); }
     /// The size of the file turned out to be unknown.
-    void forgetSize();
+    void forgetSize() { dtp.setBytesTotal(0); }
 
     qint64 bytesAvailable() const { return dtp.bytesAvailable(); }
     qint64 read(char *data, qint64 maxlen) { return dtp.read(data, maxlen); }
@@ -106,6 +107,11 @@ private slots:
     void dtpConnectState(int dataState);
 
 private:
+    /// Whether a line is ready to be sent.
+    enum class Line { Complete, NoAddressToTell };
+    /// What there is to try instead of a line that was refused.
+    enum class Fallback { PlainForm, Nothing };
+
     void changeState(State next);
     bool isAborting() const;
     bool isConnected() const;
@@ -117,17 +123,17 @@ private:
     void handleGreeting(const FtpReply &reply);
     void handleAnswer(const FtpReply &reply);
     void handleAnswerToAbort(const FtpReply &reply);
-    bool mustAwaitData(const FtpReply &reply);
+    bool endsTransfer(const FtpReply &reply) const;
     void takeAnswer(const FtpReply &reply);
     void interpret(const FtpReply &reply);
     void conclude(const FtpReply &reply);
-    bool fallBack();
+    Fallback fallBack();
     void reportFailure(int code, const QString &text);
     void advance(const QString &text);
 
     void sendNextLine();
-    bool completeLine(QString &line);
-    void openDataConnection(const QString &host, quint16 port);
+    Line completeLine();
+    void openDataConnection(const PassiveEndpoint &server);
     void refuseDataConnection();
     void dataConnectionClosed();
     void renewPatience();

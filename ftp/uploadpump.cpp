@@ -53,29 +53,27 @@ void UploadPump::bytesWritten(qint64 bytes)
 
 void UploadPump::pump()
 {
-    const QPointer<UploadPump> self = this;
     for (int block = 0; block < blocksPerTurn; ++block) {
-        if (!sendBlock() || !self)
+        if (sendBlock() != Block::Left)
             return;
     }
     resume();
 }
 
-// True when the whole block has left at once, so that the next one may follow.
-bool UploadPump::sendBlock()
+UploadPump::Block UploadPump::sendBlock()
 {
     if (state != State::Sending || !socket)
-        return false;
+        return Block::Stopped;
     std::array<char, blockBytes> block; // left uninitialised, for every block would pay for it
     const qint64 count = device ? device->read(block.data(), blockBytes) : -1;
     if (count <= 0) {
         endSource(count);
-        return false;
+        return Block::Stopped;
     }
     if (socket->write(block.data(), count) < 0) {
         state = State::Failed;
         emit refused();
-        return false;
+        return Block::Stopped;
     }
     // An unbuffered socket keeps what the system did not take, and tells only of that.
     keptBytes = socket->bytesToWrite();
@@ -83,7 +81,9 @@ bool UploadPump::sendBlock()
     const QPointer<UploadPump> self = this;
     if (leftBytes > 0)
         emit sent(leftBytes);
-    return !self.isNull() && keptBytes == 0;
+    if (!self)
+        return Block::Stopped;
+    return keptBytes == 0 ? Block::Left : Block::Kept;
 }
 
 // Half a file must not pass for a whole one. A stream has no size, pauses with 0 and ends with -1.

@@ -44,8 +44,15 @@ signals:
 private:
     enum class State { Sending, SentAll, Failed };
 
+    /// What became of a block.
+    enum class Block {
+        Left,   ///< it has left the program, and the next one may follow
+        Kept,   ///< by the socket, at least in part
+        Stopped ///< there was none to send or none to take it, or a slot has deleted the pump
+    };
+
     void pump();
-    bool sendBlock();
+    Block sendBlock();
     void endSource(qint64 lastRead);
 
     const QPointer<QIODevice> device;

@@ -15,11 +15,6 @@ namespace
 
 constexpr int downloadAttempts = 15;
 constexpr int pollIntervalMs = 1000;
-// The network access manager waits for ever for a server that has fallen silent.
-constexpr int stallTimeoutMs = 30 * 1000;
-// After the last byte the system's buffers still have to drain over a slow link, and the N6 may be writing
-// flash.
-constexpr int confirmTimeoutMs = 5 * 60 * 1000;
 // What was on its way when the control connection ended may still arrive.
 constexpr int lostTimeoutMs = 2000;
 // An archive has a few megabytes. This bounds one whose size the N6 did not announce.
@@ -124,10 +119,10 @@ void ArchiveTransfer::setState(State next)
     switch (next) {
     case State::Fetching:
     case State::Storing:
-        stallTimer.start(stallTimeoutMs);
+        stallTimer.start(patience.forBytesMs);
         break;
     case State::Confirming:
-        stallTimer.start(relay->isUp() ? confirmTimeoutMs : lostTimeoutMs);
+        stallTimer.start(relay->isUp() ? patience.forConfirmationMs : lostTimeoutMs);
         break;
     case State::Idle:
     case State::Waiting:

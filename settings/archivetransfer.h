@@ -48,9 +48,21 @@ public:
     };
     Q_ENUM(Outcome)
 
+    /// How long the N6 may keep silent before a transfer counts as failed, in milliseconds. The network
+    /// access manager waits for ever.
+    struct Patience {
+        int forBytesMs = 30 * 1000;
+        /// After the last byte of a restore: the system's buffers still have to drain over a slow link, and
+        /// the N6 may be writing flash.
+        int forConfirmationMs = 5 * 60 * 1000;
+    };
+
     explicit ArchiveTransfer(QObject *parent = nullptr);
     /// Drops what is under way.
     ~ArchiveTransfer() override;
+
+    /// For what is begun from now on.
+    void setPatience(const Patience &limits) { patience = limits; }
 
     /// Fetches the archive into this file, in up to 15 attempts a second apart while the N6 has none. An
     /// older file stays until the new one is complete. What is under way is dropped.
@@ -97,6 +109,7 @@ private:
     void end(Outcome outcome, const QString &detail = QString());
 
     State currentState = State::Idle;
+    Patience patience;
     QNetworkAccessManager *network;
     QUrl archiveUrl;
     QString attemptHost; // where the attempt under way was begun

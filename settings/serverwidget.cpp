@@ -85,8 +85,9 @@ void ServerWidget::updateGUI()
     serverSerial = client->n6Device().online ? client->n6Device().serial : QString();
     serverAddress = client->serverAddress();
     archiveUrl.setHost(serverAddress.toString());
-    form->label_CurrentServer->setText(serverSerial.isEmpty() ? tr("No server configured.")
-                                                              : tr("Current server:  ") + serverSerial);
+    //: The serial number of the N6 follows at once: keep the blanks
+    const QString current = tr("Current server:  ") + serverSerial;
+    form->label_CurrentServer->setText(serverSerial.isEmpty() ? tr("No server configured.") : current);
     if (!busy && !serverAddress.isNull())
         setButtonsEnabled(true);
     followTarget();
@@ -156,7 +157,9 @@ void ServerWidget::startFactoryReset()
         return;
     const Instrument asked = shownServer();
     // A notice rather than a question: the box has one button, and closing it in any way leads on.
+    //: The title of a box
     if (showBox(QMessageBox::Warning, tr("Factory Reset"),
+                //: However the box is closed, all settings are then deleted: it has to be unmistakable
                 tr("Warning: All settings will be deleted from the server.\nDo you want to continue?"),
                 QMessageBox::Yes) &&
         isMeant(asked)) {
@@ -197,6 +200,7 @@ void ServerWidget::transferEnded(ArchiveTransfer::Outcome outcome, const QString
     using Outcome = ArchiveTransfer::Outcome;
     switch (outcome) {
     case Outcome::Fetched:
+        //: The title of a box, like all these with "!"
         endBackup(QMessageBox::Information, tr("Backup download complete!"), tr("Settings backup complete."));
         break;
     case Outcome::NotReady:

@@ -1,29 +1,75 @@
+// clazy:excludeall=non-pod-global-static
+// What the tool makes of heartbeats: the decoder, the client's records and signals, and the N6's commands.
+
 #include "discovery/heartbeat.h"
 #include "discovery/interfaces.h"
+#include "discovery/n6commands.h"
 #include "discovery/protocol.h"
 #include "discovery/udphbclient.h"
 #include "tests/support/heartbeatbytes.h"
-#include "tests/support/signalorder.h"
 #include "tests/support/text.h"
 
+#include <QMetaMethod>
+#include <QNetworkDatagram>
+#include <QNetworkInterface>
+#include <QSet>
+#include <QSignalSpy>
 #include <QTest>
 #include <QUdpSocket>
 
-#include <array>
-#include <cmath>
 #include <limits>
 #include <tuple>
+#include <utility>
 #include <vector>
-
-using heartbeat::decode;
 
 namespace
 {
 
-QStringList &logged()
+constexpr float infinite = std::numeric_limits<float>::infinity();
+constexpr float none = std::numeric_limits<float>::quiet_NaN();
+
+QStringList logged;
+
+// Every field of the record that a datagram becomes.
+QString told(const QByteArray &datagram)
 {
-    static QStringList lines;
-    return lines;
+    const heartbeat::Decoded decoded = heartbeat::decode(datagram);
+    QString record;
+    QDebug out = QDebug(&record).noquote();
+    const auto tell = [&](const auto &device, const auto &...more) {
+        out << device.serial << "OS" << device.systemVersion << "APP" << device.applicationVersion;
+        out << device.supplyVoltage << "V";
+        (out << ... << more);
+    };
+    if (const auto *screen = std::get_if<ScreenDevice>(&decoded))
+        tell(*screen, screen->ambientLux, "lux", screen->type, screen->firmwareVersion, screen->isServer,
+             screen->lsFlag);
+    else if (const auto *n6 = std::get_if<N6Device>(&decoded))
+        tell(*n6, n6->model, n6->port1Mode, n6->port2Mode, n6->firmwareVersion);
+    else if (const auto *gyro = std::get_if<GyroDevice>(&decoded))
+        tell(*gyro, gyro->status);
+    else
+        out << (std::holds_alternative<heartbeat::Incompatible>(decoded) ? "first generation" : "ignored");
+    return record.trimmed();
+}
+
+QByteArray full(DeviceKind kind)
+{
+    return HeartbeatBytes{kind, "0123456789abcd\xc3\xa9", 0xFF, "", "5.1\xe9", "1.4.22", 351.125, 12.345F,
+                          0x80}
+        .build();
+}
+
+QByteArray measured(double lux, float volts)
+{
+    return HeartbeatBytes{Screen, "S", 0, "", "", "", lux, volts}.build();
+}
+
+// An older device's; not valid, which does not count where it is of the first generation.
+QByteArray older(const QByteArray &serial, int length, DeviceKind kind = Screen, quint8 valid = 1)
+{
+    return HeartbeatBytes{kind, serial, 0, "", "12345678901234", "", 0.0, 0.0F, 0, valid}.build().left(
+        length);
 }
 
 } // namespace
@@ -32,158 +78,114 @@ class TestDiscovery : public QObject
 {
     Q_OBJECT
 
+public slots:
+    void note() { noted += sender()->metaObject()->method(senderSignalIndex()).name(); }
+
 private slots:
     void initTestCase()
     {
-        qInstallMessageHandler([](auto, const auto &, const QString &line) { logged() += line; });
+        qInstallMessageHandler([](auto, const auto &, const QString &line) { logged += line; });
     }
-    void init() { logged().clear(); }
+    void init() { logged.clear(); }
 
-    void decodesEveryKind()
+    void decodes()
     {
-        HeartbeatBytes parts{0x00, "0123456789abcd\xc3\xa9"};
-        parts.firmware = "1.4.22";
-        parts.lux = 351.456;
-        parts.volts = 12.345F;
-        parts.lsFlag = 0x80;
-        parts.serverFlag = 0xFF;
-        parts.system = "5.1\xe9";
-        parts.application.clear();
-        for (const char *const expected :
-             {"SCREEN|1.4.22|12.35|1", "SCREEN2|1.4.22|12.35|1", "EINK||nan|0"}) {
-            parts.kind = *expected == 'E' ? 0x50 : expected[6] == '2' ? 0x20 : 0x00;
-            const auto screen = std::get<ScreenDevice>(decode(parts.build() + "more to come"));
-            QCOMPARE("%1|%2|%3|%4"_s.arg(screen.type, screen.firmwareVersion)
-                         .arg(screen.supplyVoltage)
-                         .arg(screen.isServer),
-                     QLatin1String(expected));
-            QCOMPARE(screen.serial + screen.systemVersion + screen.applicationVersion,
-                     "0123456789abcd\u00e95.1\u00e9"_s);
-            QVERIFY(screen.lsFlag && screen.ambientLux == 351.46);
-        }
-        const auto n6 = std::get<N6Device>(decode(HeartbeatBytes::n6("N6", 5, 6, -2)));
-        QCOMPARE(n6.serial + n6.firmwareVersion, "N61.4"_s);
-        QVERIFY(n6.model == 5 && n6.port1Mode == 6 && n6.port2Mode == -2);
-        parts.kind = 0x72;
-        QCOMPARE(std::get<GyroDevice>(decode(parts.build())).status, -1);
-    }
-
-    void ignoresMalformed()
-    {
-        const QByteArray whole = HeartbeatBytes().build();
-        QList<QByteArray> malformed{whole, whole};
-        malformed[0][17] = 0;
-        malformed[1][0] = 0x21;
-        for (const int length : {0, 17, 18, 39, whole.size() - 1})
-            malformed += whole.left(length);
-        for (const int length : {2, 127, 128, 255}) {
-            malformed += whole.left(38) + static_cast<char>(length) + '\0';
-            malformed += whole.left(38) + '\0' + static_cast<char>(length);
-        }
-        for (const QByteArray &bytes : qAsConst(malformed)) {
+        const QString text = "0123456789abcd\u00e9 OS 5.1\u00e9 APP  "_s, ignored = "ignored"_s,
+                      firstGeneration = "first generation"_s,
+                      plain = " OS  APP  1 V 1 lux SCREEN  false false"_s;
+        const QByteArray whole = full(Screen);
+        using Row = std::tuple<const char *, QByteArray, QString>;
+        const Row rows[] = {
+            {"a display", whole + "more", text + "12.35 V 351.13 lux SCREEN 1.4.22 true true"_s},
+            {"an e-ink display tells less", full(Eink), text + "nan V 351.13 lux EINK  false true"_s},
+            {"a gyro", full(Gyro), text + "12.35 V -1"_s},
+            {"an N6", HeartbeatBytes::n6("N", 5, 6, -2), "N OS 5.1.2-rt APP 3.6 12 V 5 6 -2 1.4"_s},
+            {"the shortest", measured(1, 1), QLatin1Char('S') + plain},
+            {"nothing is negative", measured(-1, -infinite), "S OS  APP  0 V 0 lux SCREEN  false false"_s},
+            {"no number", measured(none, none), "S OS  APP  nan V 0 lux SCREEN  false false"_s},
+            {"enormous", measured(1e38, infinite), "S OS  APP  inf V 1e+38 lux SCREEN  false false"_s},
+            {"not valid", older("S", 54, Screen, 0), ignored},
+            {"an unknown kind", QByteArray(whole).replace(0, 1, "!"), ignored},
+            {"less than traffic", whole.left(17), ignored},
+            {"as little as traffic", whole.left(18), ignored},
+            {"a first length to the end", whole.left(38) + QByteArray("\1\0", 2), ignored},
+            {"a negative first length", whole.left(38) + QByteArray("\x80\0", 2) + whole, ignored},
+            {"a second length beyond the end", whole.left(38) + QByteArray("\0\1", 2), ignored},
+            {"a negative second length", whole.left(38) + QByteArray("\0\xff", 2) + whole, ignored},
+            {"the first generation, with a hub's name", older("VHUB-VK38b", 38, Screen, 0), firstGeneration},
+            {"the first generation, cut", older("aTZ582", 18, Screen, 0), firstGeneration},
+            {"an older device's long heartbeat", older("TZ582", 39), ignored},
+            {"an older device's valid heartbeat", older("VK38", 54), ignored},
+            {"a hub", older("VHUB1", 54), ignored},
+            {"an older name in another kind", older("VK38", 38, Screen2), ignored},
+            {"an older name behind the end", measured(1, 1).replace(3, 4, "VK38"), QLatin1Char('S') + plain},
+            {"another case", measured(1, 1).replace(1, 4, "vk38"), "vk38"_s + plain},
+        };
+        for (const auto &[name, bytes, record] : rows) {
             // An exact copy on the heap, so that a sanitizer sees any read past the end.
             const std::vector<char> exact(bytes.begin(), bytes.end());
             const auto datagram = QByteArray::fromRawData(exact.data(), bytes.size());
-            QVERIFY2(std::holds_alternative<heartbeat::Ignored>(decode(datagram)), bytes.toHex().constData());
-            QCOMPARE(heartbeat::isTraffic(datagram), bytes.size() >= 18);
-        }
-    }
-
-    void cleansNumbers()
-    {
-        constexpr double infinite = std::numeric_limits<double>::infinity();
-        constexpr double none = std::numeric_limits<double>::quiet_NaN();
-        using Row = std::array<double, 3>; // sent, then shown as light and as voltage
-        // Halves go away from zero; nothing is negative, not even a zero; what no integer could hold stays as
-        // it is.
-        for (const auto &[sent, lux, volts] :
-             {Row{0.125, 0.13, 0.13}, Row{-1.0, 0.0, 0.0}, Row{-0.0, 0.0, 0.0}, Row{none, 0.0, none},
-              Row{infinite, infinite, infinite}, Row{-infinite, 0.0, 0.0},
-              Row{1e38, 1e38, static_cast<double>(1e38F)}}) {
-            HeartbeatBytes parts;
-            parts.lux = sent;
-            parts.volts = static_cast<float>(sent);
-            const auto screen = std::get<ScreenDevice>(decode(parts.build()));
-            QCOMPARE(screen.ambientLux, lux);
-            QCOMPARE(screen.supplyVoltage, volts);
-            QVERIFY(!std::signbit(screen.ambientLux) &&
-                    (std::isnan(volts) || !std::signbit(screen.supplyVoltage)));
-        }
-    }
-
-    void tellsOlderDevicesApart()
-    {
-        // Serial, length and outcome: of the first generation, ignored, a screen.
-        using Row = std::tuple<QByteArray, int, char>;
-        for (const auto &[serial, length, outcome] :
-             {Row{"aVK38b", 38, 'f'}, Row{"TZ582", 18, 'f'}, Row{"VHUB-TZ582", 38, 'f'}, Row{"VK38", 39, 'i'},
-              Row{"VK38", 53, 'i'}, Row{"VHUB1", 38, 'i'}, Row{"VHUB1", 53, 'i'}, Row{"vk38", 53, 's'},
-              Row{QByteArray("A\0VK38", 6), 53, 's'}}) {
-            HeartbeatBytes parts{0x00, serial};
-            // A short heartbeat of the first generation is reported even when it says that it is not valid.
-            parts.valid = outcome == 'f' ? 0 : 1;
-            const auto decoded = decode(parts.build().left(length));
-            QCOMPARE(std::holds_alternative<heartbeat::Incompatible>(decoded), outcome == 'f');
-            QCOMPARE(std::holds_alternative<ScreenDevice>(decoded), outcome == 's');
-            parts.kind = 0x20;
-            QVERIFY(!std::holds_alternative<heartbeat::Incompatible>(decode(parts.build().left(length))));
+            QVERIFY2(told(datagram) == record, qPrintable(QLatin1String(name) + ": "_s + told(datagram)));
+            QCOMPARE(heartbeat::isTraffic(datagram), datagram.size() > 17);
         }
     }
 
     void choosesInterfaces()
     {
         using Net = QNetworkInterface;
-        using interfaces::asksOn, interfaces::listensOn;
         const Net::InterfaceFlags unplugged = Net::IsUp | Net::CanMulticast,
                                   live = unplugged | Net::IsRunning;
-        QVERIFY(asksOn(live) && listensOn(live, "my virtual"_s) &&
-                !listensOn(live, "VirtualBox Host-Only"_s));
-        QVERIFY(asksOn(unplugged) && !listensOn(unplugged, "eth0"_s));
-        for (const Net::InterfaceFlags &unfit :
-             {live & ~Net::IsUp, live & ~Net::CanMulticast, live | Net::IsLoopBack})
-            QVERIFY(!asksOn(unfit) && !listensOn(unfit, "eth0"_s));
+        using Row = std::tuple<Net::InterfaceFlags, const char *, bool, bool>;
+        for (const auto &[flags, name, asks, listens] : {Row{live, "my virtual", true, true},
+                                                         {live, "VirtualBox Host-Only", true, false},
+                                                         {unplugged, "eth0", true, false},
+                                                         {live & ~Net::IsUp, "eth0", false, false},
+                                                         {live & ~Net::CanMulticast, "eth0", false, false},
+                                                         {live | Net::IsLoopBack, "lo", false, false}}) {
+            QCOMPARE(interfaces::asksOn(flags), asks);
+            QCOMPARE(interfaces::listensOn(flags, QLatin1String(name)), listens);
+        }
     }
 
     void signalsEachChangeInOrder()
     {
-        udpHBClient client(2);
-        SignalOrder order(client);
-        client.processHeartbeat(HeartbeatBytes::screen(0x00, "A", true), at("10.0.0.1"));
-        QCOMPARE(order.take(), "listUpdated screenUpdated serverChanged listUpdated"_s);
-        QCOMPARE(client.serverScreen(), &client.screens().at(0));
-        client.processHeartbeat(HeartbeatBytes::screen(0x50, "E", true), at("10.0.0.2"));
-        QCOMPARE(order.take(), "listUpdated screenUpdated"_s);
-        client.processHeartbeat(HeartbeatBytes::screen(0x20, "B"), at("10.0.0.1"));
-        QCOMPARE(order.take(), "screenUpdated serverRemoved listUpdated"_s);
+        udpHBClient client(udpHBClient::Passive);
+        follow(client);
+        const char *const nothing = "", *const n6 = "n6BeaconReceived", *const gyro = "gyroBeaconReceived",
+                          *const shown = "listUpdated screenUpdated",
+                          *const taken = "screenUpdated serverChanged listUpdated",
+                          *const left = "screenUpdated serverRemoved listUpdated",
+                          *const elected = "serverChanged listUpdated n6BeaconReceived";
+        using Row = std::tuple<QByteArray, const char *, const char *, const char *>;
+        // What comes from where, what that is signalled by, and who is the server then.
+        for (const auto &[datagram, from, signalled, server] :
+             {Row{HeartbeatBytes::device(Screen, "A"), "10.0.0.1", shown, " "},
+              {HeartbeatBytes::device(Screen, "A", true), "10.0.0.1", taken, "A 10.0.0.1"},
+              {HeartbeatBytes::device(Eink, "E", true), "10.0.0.2", shown, "A 10.0.0.1"},
+              {HeartbeatBytes::device(Screen2, "B"), "10.0.0.1", left, " "},
+              {HeartbeatBytes::n6(), "169.254.3.4", elected, " 169.254.3.4"},
+              {HeartbeatBytes::n6(), "10.0.0.5", elected, " 10.0.0.5"},
+              {HeartbeatBytes::n6(), "10.0.0.5", n6, " 10.0.0.5"},
+              {HeartbeatBytes::n6(), "169.254.3.4", nothing, " 10.0.0.5"},
+              {HeartbeatBytes::n6(), "169.254.3.4", nothing, " 10.0.0.5"},
+              {HeartbeatBytes::n6("N6", 1, 0, 0, "2"), "10.0.0.6", elected, " 10.0.0.6"},
+              {HeartbeatBytes::n6("other", 1, 0, 0, "2"), "10.0.0.7", elected, " 10.0.0.7"},
+              {HeartbeatBytes::device(Gyro, "G"), "10.0.0.3", gyro, " 10.0.0.7"},
+              {HeartbeatBytes::device(Gyro, "G"), "10.0.0.3", gyro, " 10.0.0.7"},
+              {HeartbeatBytes::firstGeneration(), "10.0.0.4", "incompatibleDevice", " 10.0.0.7"}}) {
+            client.processHeartbeat(datagram, at(from));
+            QCOMPARE(signalledSince(), QLatin1String(signalled));
+            const ScreenDevice *const screen = client.serverScreen();
+            QCOMPARE((screen ? screen->serial : QString()) + " "_s + client.serverAddress().toString(),
+                     QLatin1String(server));
+        }
+        QVERIFY(client.n6Device().address == at("10.0.0.7") && client.gyroDevice().address == at("10.0.0.3"));
         QCOMPARE(client.screens().at(0).type, "SCREEN2"_s);
-        client.processHeartbeat(HeartbeatBytes::n6("N6"), at("10.0.0.9"));
-        QCOMPARE(order.take(), "serverChanged listUpdated n6"_s);
-        QVERIFY(client.n6Online() && !client.serverScreen());
-        client.processHeartbeat(HeartbeatBytes::screen(0x72, "G"), at("10.0.0.3"));
-        client.processHeartbeat(HeartbeatBytes::screen(0x00, "VK38").left(38), at("10.0.0.4"));
-        QCOMPARE(order.take(), "gyro incompatible"_s);
-        QCOMPARE(logged().join("; "_s),
-                 "udpHB: Screen IP 10.0.0.1; udpHB: Server changed: 10.0.0.1; udpHB: E-Ink IP 10.0.0.2; "
-                 "udpHB: Server removed: 10.0.0.1; udpHB: N6 IP 10.0.0.9; udpHB: Server changed: 10.0.0.9; "
-                 "udpHB: Gyro IP 10.0.0.3"_s);
-    }
-
-    void filtersCopiesOfTheN6()
-    {
-        udpHBClient client(2);
-        const auto hear = [&](const char *sender, const char *serial, const char *application) {
-            client.processHeartbeat(HeartbeatBytes::n6(serial, 1, 0, 0, application), at(sender));
-            return client.n6Device().address.toString();
-        };
-        QCOMPARE(hear("169.254.3.4", "N6", "1"), "169.254.3.4"_s);
-        QCOMPARE(hear("10.0.0.5", "N6", "1"), "10.0.0.5"_s);
-        QCOMPARE(hear("169.254.3.4", "N6", "1"), "10.0.0.5"_s);
-        QCOMPARE(hear("169.254.3.4", "N6", "1"), "10.0.0.5"_s);
-        QCOMPARE(logged().filter("Filtered"_s),
-                 QStringList("udpHB: Filtered duplicate N6 heartbeat from: 169.254.3.4"_s));
-        QCOMPARE(hear("10.0.0.6", "N6", "2"), "10.0.0.6"_s);
-        QCOMPARE(hear("10.0.0.7", "other", "2"), "10.0.0.7"_s);
-        QCOMPARE(client.serverAddress(), at("10.0.0.7"));
+        QCOMPARE(logged.join(QLatin1Char('|')).remove("udpHB: "_s),
+                 "Screen IP 10.0.0.1|Server changed: 10.0.0.1|E-Ink IP 10.0.0.2|Server removed: 10.0.0.1|"
+                 "N6 IP 169.254.3.4|Server changed: 169.254.3.4|Server changed: 10.0.0.5|"
+                 "Filtered duplicate N6 heartbeat from: 169.254.3.4|Server changed: 10.0.0.6|"
+                 "Server changed: 10.0.0.7|Gyro IP 10.0.0.3"_s);
     }
 
     void survivesEmptyDatagramsAndFailedBind()
@@ -191,18 +193,164 @@ private slots:
         QUdpSocket greedy;
         QVERIFY(greedy.bind(QHostAddress(QHostAddress::AnyIPv4), protocol::heartbeatPort,
                             QAbstractSocket::DontShareAddress));
-        udpHBClient client(0);
+        udpHBClient client(udpHBClient::Active);
         client.tick();
-        QCOMPARE(logged(), QStringList("Problem binding udpSocket on port 4020"_s));
+        QCOMPARE(logged, QStringList("Problem binding udpSocket on port 4020"_s));
 
         greedy.close();
         client.createSockets();
-        const QByteArray whole = HeartbeatBytes::screen(0x00, "A");
+        const QByteArray whole = HeartbeatBytes::device(Screen, "A");
         for (const QByteArray &datagram : {QByteArray(), QByteArray(60000, 'x'), QByteArray(), whole})
             greedy.writeDatagram(datagram, at("127.0.0.1"), protocol::heartbeatPort);
         QTRY_COMPARE(client.screens().size(), 1);
         QCOMPARE(client.screens().at(0).address, at("127.0.0.1"));
+        // A second copy of the tool hears the same.
+        const udpHBClient other(udpHBClient::Passive);
+        QCOMPARE(logged.filter("Problem"_s).size(), 1);
+        const auto boat = QNetworkInterface::interfaceFromName("boat0"_s);
+        if (!boat.isValid())
+            QSKIP("multicast needs a network namespace");
+        greedy.close();
+        QVERIFY(greedy.bind(QHostAddress(QHostAddress::AnyIPv4)));
+        greedy.setMulticastInterface(boat);
+        greedy.writeDatagram(whole, protocol::multicastGroup(), protocol::heartbeatPort);
+        QTRY_COMPARE(other.screens().size(), 1);
+        QTRY_COMPARE(client.screens().size(), 2);
     }
+
+    void saysWhatIsMeant()
+    {
+        QCOMPARE(n6FactoryResetCommand("N6-\u00e9"_s), QByteArray("\x0fN6-\xe9").leftJustified(17, '\0'));
+        QCOMPARE(n6FactoryResetCommand(QString(20, QLatin1Char('x'))), '\x0f' + QByteArray(20, 'x'));
+        QString names;
+        for (int model = 0; model < 7; ++model)
+            names += n6ModelName(model) + QLatin1Char('|');
+        QCOMPARE(names, "Unknown|N6 Larch|N6 Moss|N6 Flint|N6 Fjord|N6 Heron|Unknown|"_s);
+    }
+
+    // What takes real seconds: silence, repeats and renewed sockets.
+
+    void timesSilentDevicesOut()
+    {
+        udpHBClient client(2);
+        QSignalSpy ticked(&client, &udpHBClient::heartbeatTick);
+        QVERIFY(ticked.wait());
+        // Half way between two ticks, so that all their silences end on the same one.
+        QTimer::singleShot(protocol::tickIntervalMs / 2, &client, [&] {
+            for (const char *address : {"127.0.0.21", "127.0.0.22", "127.0.0.23"})
+                client.processHeartbeat(HeartbeatBytes::device(Screen, address), at(address));
+            client.processHeartbeat(HeartbeatBytes::n6(), at("127.0.0.20"));
+            client.processHeartbeat(HeartbeatBytes::device(Gyro, "G"), at("127.0.0.30"));
+        });
+        QTRY_VERIFY(client.gyroOnline());
+        QElapsedTimer silence;
+        silence.start();
+        follow(client);
+        // A slot may change the list under the client's feet.
+        bool replaced = false;
+        connect(&client, &udpHBClient::screenRemoved, &client, [&] {
+            if (!std::exchange(replaced, true))
+                client.processHeartbeat(HeartbeatBytes::device(Eink, "new"), at("127.0.0.40"));
+        });
+        QTRY_VERIFY_WITH_TIMEOUT(!client.n6Online(), 9500);
+        QVERIFY(silence.elapsed() > protocol::deviceTimeoutMs);
+        QCOMPARE(signalledSince(),
+                 "screenRemoved listUpdated screenUpdated screenRemoved screenRemoved n6BeaconReceived "
+                 "gyroBeaconReceived serverRemoved listUpdated listUpdated"_s);
+        QVERIFY(client.screens().size() == 1 && client.screens().at(0).serial == "new"_s);
+        QVERIFY(!client.gyroOnline() && client.n6Device().address.isNull() &&
+                client.gyroDevice().address.isNull());
+    }
+
+    void confirmsSeveralServers()
+    {
+        udpHBClient client(2);
+        client.processHeartbeat(HeartbeatBytes::device(Screen, "A", true), at("127.0.0.21"));
+        client.processHeartbeat(HeartbeatBytes::n6(), at("127.0.0.20"));
+        QElapsedTimer conflict;
+        follow(client);
+        QSignalSpy several(&client, &udpHBClient::multipleServers);
+        for (int round = 0; round < 2; ++round) {
+            conflict.start();
+            QVERIFY(several.wait(protocol::multipleServersConfirmMs + 2 * protocol::tickIntervalMs));
+            QVERIFY(conflict.elapsed() > protocol::multipleServersConfirmMs - protocol::tickIntervalMs);
+            QCOMPARE(signalledSince(), "serverRemoved multipleServers"_s);
+            QVERIFY(client.multipleServersDetected() && client.serverAddress().isNull());
+            // The N6 would time out in the second round.
+            client.processHeartbeat(HeartbeatBytes::n6(), at("127.0.0.20"));
+            client.processHeartbeat(HeartbeatBytes::device(Screen, "A", true), at("127.0.0.21"));
+            signalledSince();
+        }
+        client.processHeartbeat(HeartbeatBytes::device(Screen, "A", false), at("127.0.0.21"));
+        QCOMPARE(signalledSince(), "screenUpdated serverChanged listUpdated"_s);
+        QVERIFY(!client.multipleServersDetected());
+    }
+
+    void asksAgainAndRenewsSockets_data()
+    {
+        QTest::addColumn<int>("mode");
+        QTest::addColumn<bool>("serverKnown");
+        QTest::addColumn<int>("rounds");
+        // Rounds of multicast within six and a half seconds: one at the start, another after more than four.
+        QTest::newRow("active, server silent") << 0 << true << 2;
+        QTest::newRow("sparing, nobody there") << 1 << false << 2;
+        QTest::newRow("sparing, server silent") << 1 << true << 1;
+        QTest::newRow("passive") << 2 << true << 0;
+    }
+
+    void asksAgainAndRenewsSockets()
+    {
+        const auto boat = QNetworkInterface::interfaceFromName("boat0"_s);
+        if (!boat.isValid())
+            QSKIP("multicast needs a network namespace");
+        QFETCH(int, mode);
+        QFETCH(bool, serverKnown);
+        QFETCH(int, rounds);
+        // A device that answers nothing but notes the ports from which it is asked.
+        QUdpSocket device;
+        QVERIFY(device.bind(QHostAddress(QHostAddress::AnyIPv4), protocol::requestPort));
+        QVERIFY(device.joinMulticastGroup(protocol::multicastGroup(), boat));
+        QList<int> withAll, alone;
+        connect(&device, &QUdpSocket::readyRead, &device, [&] {
+            while (device.hasPendingDatagrams()) {
+                const QNetworkDatagram asked = device.receiveDatagram();
+                const bool isForAll = asked.destinationAddress() == protocol::multicastGroup();
+                (isForAll ? withAll : alone) += asked.senderPort();
+                QVERIFY(!isForAll || asked.hopLimit() == protocol::requestTtl);
+                QCOMPARE(asked.data(), QByteArray(1, '\0'));
+            }
+        });
+        udpHBClient client(mode);
+        QTRY_COMPARE(withAll.size(), rounds == 0 ? 0 : 2);
+        if (serverKnown)
+            client.processHeartbeat(HeartbeatBytes::device(Screen, "A", true), at("127.0.0.1"));
+        QElapsedTimer quiet;
+        quiet.start();
+        QTRY_VERIFY_WITH_TIMEOUT(quiet.elapsed() > 6500, 8000);
+        // Each round goes out from both sockets.
+        QCOMPARE(withAll.size(), 2 * rounds);
+        QCOMPARE(!alone.isEmpty(), serverKnown && rounds > 0);
+        // After more than eight seconds without traffic new sockets ask, and one of them from a new port.
+        QTRY_COMPARE_WITH_TIMEOUT(QSet<int>(withAll.begin(), withAll.end()).size(), rounds == 0 ? 0 : 3,
+                                  5000);
+    }
+
+private:
+    // Notes each signal of the client but its ticks.
+    void follow(const udpHBClient &client)
+    {
+        const QMetaMethod note = metaObject()->method(metaObject()->indexOfMethod("note()"));
+        const QMetaObject &all = udpHBClient::staticMetaObject;
+        for (int i = all.methodOffset(); all.method(i).methodType() == QMetaMethod::Signal; ++i) {
+            if (all.method(i).name() != "heartbeatTick")
+                connect(&client, all.method(i), this, note);
+        }
+    }
+
+    // The names of the signals that came since the last call.
+    QString signalledSince() { return QString::fromLatin1(std::exchange(noted, {}).join(' ')); }
+
+    QByteArrayList noted;
 };
 
 QTEST_GUILESS_MAIN(TestDiscovery)

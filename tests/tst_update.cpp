@@ -1,284 +1,352 @@
-// The update pages against simulated displays and a simulated N6, over real FTP and UDP.
+// The update pages against displays that the test plays, over real FTP and UDP.
 
 #include "discovery/protocol.h"
 #include "discovery/udphbclient.h"
-#include "tests/support/boat.h"
+#include "tests/support/answers.h"
+#include "tests/support/displays.h"
 #include "tests/support/files.h"
 #include "tests/support/heartbeatbytes.h"
-#include "tests/support/scriptedftpserver.h"
+#include "tests/support/rows.h"
 #include "tests/support/text.h"
 #include "update/monitorupdate.h"
 #include "update/monitorupdatewidget.h"
 #include "update/n6widget.h"
 #include "update/transferbar.h"
+#include "update/updatechecker.h"
 #include "update/updatefile.h"
 #include "update/upload.h"
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QFileDialog>
+#include <QDesktopServices>
 #include <QLabel>
-#include <QMessageBox>
 #include <QNetworkDatagram>
 #include <QProgressBar>
-#include <QPushButton>
-#include <QUdpSocket>
+#include <QTemporaryDir>
 #include <QtTest>
 
-#include <algorithm>
 #include <climits>
 
 namespace
 {
 
-constexpr int activeMode = 0, passiveMode = 2;
-constexpr int n6Host = 10, firstDisplayHost = 20, unusedHost = 98;
 constexpr int longestTransferMs = 60000;
-const QString displays = "--no-n6 --no-gyro --heartbeat-interval 0.2 --screens "_s;
+const char *const wholeSession = "USER kwz|PASS kwz|CWD update|TYPE I|PASV|ALLO 500000|STOR image|QUIT";
+constexpr Upload::Patience usualPatience;
+static_assert(usualPatience.forReplyMs == 180'000 && usualPatience.forConfirmationMs == 600'000);
 
 QList<MonitorUpdateWidget *> rowsOf(const QWidget &page)
 {
     return page.findChildren<MonitorUpdateWidget *>();
 }
 
-QPushButton *button(const QWidget &page, const QString &text)
-{
-    const auto buttons = page.findChildren<QPushButton *>();
-    return *std::find_if(buttons.begin(), buttons.end(), [&](auto *each) { return each->text() == text; });
-}
-
 template <typename Page>
 void choose(Page &page, const QString &path)
 {
     page.startClicked();
-    auto *dialog = page.window()->template findChildren<QFileDialog *>().constLast();
-    dialog->selectFile(path);
-    static_cast<QDialog *>(dialog)->accept();
+    typeFile(page.window()->template findChildren<QFileDialog *>().constLast(), path);
 }
 
+// A page that has heard displays, whose rows it shows.
+struct Displays {
+    explicit Displays(int count)
+    {
+        page.show();
+        for (int number = 0; number < count; ++number) {
+            played.push_back(std::make_unique<PlayedDisplay>(number));
+            hear(number);
+        }
+    }
+
+    void hear(int number)
+    {
+        client.processHeartbeat(HeartbeatBytes::device(Screen, "S"), PlayedDisplay::addressOf(number));
+    }
+    MonitorUpdateWidget *row(int number) const { return rowsOf(page).at(number); }
+    QString told(int number) const { return row(number)->findChild<QLabel *>()->text(); }
+    QPushButton *start() const { return button(page, "&Start Update"_s); }
+    QPushButton *abort() const { return button(page, "&Abort Update"_s); }
+
+    udpHBClient client{udpHBClient::Passive};
+    MonitorUpdate page{&client, "SCREEN"_s, nullptr};
+    std::vector<std::unique_ptr<PlayedDisplay>> played;
+};
+
+// What a display does, how far the session comes, how long the tool waits for it, and whether the user does
+// not.
+struct End {
+    const char *name;
+    std::function<void(PlayedDisplay &)> play;
+    QByteArray reached;
+    Upload::Patience patience = {};
+    bool isAborted = false;
+};
+
 } // namespace
+Q_DECLARE_METATYPE(End)
 
 class TestUpdate : public QObject
 {
     Q_OBJECT
 
+public slots:
+    void open(const QUrl &url) { opened = url; }
+
 private slots:
-    void initTestCase() { qputenv("XDG_DATA_HOME", QFile::encodeName(folder.path())); }
+    void init()
+    {
+        for (const char *home : {"HOME", "XDG_DATA_HOME"})
+            qputenv(home, QFile::encodeName(folder.path()));
+    }
 
     void packagesAreToldByTheirPath()
     {
+        using Row = std::tuple<const char *, const char *, bool>;
         QVERIFY(QDir(folder.path()).mkpath("eink-update"_s));
-        const auto isPackage = [this](const QString &type, const QString &name) {
-            return updatefile::isValid(write(folder.filePath(name), "x"), updatefile::pattern(type));
-        };
-        QVERIFY(isPackage("EINK"_s, "eink-update/x.bin"_s) && !isPackage("EINK"_s, "eink-update"_s));
-        QVERIFY(isPackage("SCREEN"_s, "screen-update-1.tar.gz"_s));
-        QVERIFY(!isPackage("SCREEN"_s, "screen2-update.tar.gz"_s));
-        QVERIFY(!isPackage("SCREEN2"_s, "screen-update.tar.gz"_s));
+        for (const auto &[type, name, isPackage] :
+             {Row{"EINK", "eink-update/x.bin", true}, Row{"EINK", "eink-update", false},
+              Row{"SCREEN", "screen-update-1.tar.gz", true}, Row{"SCREEN", "screen2-update.tar.gz", false},
+              Row{"SCREEN2", "screen-update.tar.gz", false}}) {
+            const QString file = write(folder.filePath(QLatin1String(name)), "x");
+            QCOMPARE(updatefile::isValid(file, updatefile::pattern(QLatin1String(type))), isPackage);
+        }
+    }
+
+    void packagesAreLookedForWhereTheUserMayWrite()
+    {
+        const QString closed = "/proc/none"_s, kept = folder.filePath("Downloads/firmware"_s);
+        QCOMPARE(UpdateChecker::updateDirectory().path(), folder.filePath("Dokvane/firmware"_s));
+        QVERIFY(QDir(folder.filePath("Dokvane/firmware"_s)).exists() && !QDir(kept).exists());
+        qputenv("XDG_DATA_HOME", closed.toLatin1());
+        QCOMPARE(UpdateChecker::updateDirectory().path(), closed + "/Dokvane/firmware"_s);
+        QVERIFY(QDir(kept).exists());
+        qputenv("HOME", closed.toLatin1());
+        QCOMPARE(UpdateChecker::updateDirectory().path(), QDir::tempPath());
     }
 
     void barHoldsEverySize()
     {
         QProgressBar bar;
-        for (const qint64 total : {qint64(INT_MAX), qint64(INT_MAX) + 1, Q_INT64_C(1) << 62}) {
+        for (const qint64 total : {qint64(4), qint64(INT_MAX), qint64(INT_MAX) + 1, Q_INT64_C(1) << 62}) {
             transferbar::show(&bar, total / 4, total);
             QCOMPARE(qRound(4.0 * bar.value() / bar.maximum()), 1);
         }
         transferbar::show(&bar, 0, 0);
-        QVERIFY2(bar.maximum() > bar.minimum(), "busy for good");
+        QVERIFY2(bar.maximum() > bar.minimum() && bar.value() < 0, "busy for good");
+    }
+
+    void rowsSayWhatTheirDisplaysSay()
+    {
+        udpHBClient client(udpHBClient::Passive);
+        const MonitorUpdate screens(&client, "SCREEN"_s, nullptr), einks(&client, "EINK"_s, nullptr);
+        const auto heading = [&] { return screens.findChild<QLabel *>()->text(); };
+        QCOMPARE(heading(), "No screen devices available for update."_s);
+        const auto hear = [&](quint8 kind, quint8 flag, double lux, const char *from) {
+            client.processHeartbeat(
+                HeartbeatBytes{kind, "R&S %1", flag, "2", "5.10.110-rt", "1.4", lux, 12.3F, flag}.build(),
+                at(from));
+        };
+        hear(Eink, 1, 0, "10.0.0.2");
+        hear(Screen, 0, 9.04, "::ffff:10.0.0.1");
+        const auto *box = rowsOf(screens).at(0)->findChild<QCheckBox *>();
+        const auto *readout = rowsOf(screens).at(0)->findChild<QLabel *>();
+        QCOMPARE(heading(), "Select device for software update:"_s);
+        QCOMPARE(box->text(), "R&&S %1 (PO)  IP = 10.0.0.1  \nAPP 2  FW 1.4  OS 5.10.110"_s);
+        QCOMPARE(readout->text(), "12.3 V\n9.0 Lux"_s);
+        hear(Screen, 1, 9.06, "::ffff:10.0.0.1");
+        QCOMPARE(box->text(), "R&&S %1 (LS)  IP = 10.0.0.1  [Server]\nAPP 2  FW 1.4  OS 5.10.110"_s);
+        QVERIFY(box->toolTip().contains("R&amp;S %1 (LS)"_s));
+        QCOMPARE(readout->text(), "12.3 V\n9.1 Lux"_s);
+        QCOMPARE(rowsOf(einks).at(0)->findChild<QLabel *>()->text(), "---"_s);
+        // Long serials and versions fit into these places, in this font.
+        QVERIFY(box->font().pixelSize() == 12 && readout->font().pixelSize() == 12);
+        QCOMPARE(box->parentWidget()->size(), QSize(690, 37));
+        QCOMPARE(box->geometry(), QRect(10, 2, 290, 36));
+        QCOMPARE(readout->geometry(), QRect(580, 1, 100, 36));
+        QCOMPARE(rowsOf(screens).at(0)->findChild<QProgressBar *>()->geometry(), QRect(300, 4, 270, 32));
+        QCOMPARE(button(screens, "&Start Update"_s)->geometry(), QRect(720, 26, 150, 40));
     }
 
     void rowsStayWithTheirDisplays()
     {
-        udpHBClient client(passiveMode);
-        MonitorUpdate page(&client, "SCREEN"_s, nullptr);
+        Displays boat(0);
         QList<QPointer<MonitorUpdateWidget>> built;
-        const auto box = [&page](int row) { return rowsOf(page).at(row)->findChild<QCheckBox *>(); };
+        const auto box = [&](int row) { return boat.row(row)->findChild<QCheckBox *>(); };
         const auto isKept = [&] {
-            return box(0)->isChecked() && !box(1)->isChecked() && page.focusWidget() == box(1);
+            return box(0)->isChecked() && !box(1)->isChecked() && boat.page.focusWidget() == box(1);
         };
         // Building 250 lists of up to 250 rows would hold the window for seconds.
-        for (quint32 display = 0; display < 250; ++display) {
-            client.processHeartbeat(HeartbeatBytes::screen(0, "R&S"), QHostAddress(0x7F000100U + display));
-            built += rowsOf(page).constLast();
+        for (int display = 0; display < 250; ++display) {
+            boat.hear(display);
+            built += rowsOf(boat.page).constLast();
             if (display == 1) {
                 box(1)->setFocus();
                 box(1)->click();
             }
         }
-        QVERIFY(!built.contains(nullptr) && isKept() && box(0)->shortcut().isEmpty());
-        choose(page, write(folder.filePath("screen-update.tar.gz"_s), "x"));
-        button(page, "&Abort Update"_s)->click();
-        emit client.listUpdated();
+        QVERIFY(!built.contains(nullptr) && isKept());
+        choose(boat.page, write(package, "x"));
+        boat.abort()->click();
+        emit boat.client.listUpdated();
         QVERIFY(built.constFirst().isNull() && isKept());
-        client.processHeartbeat(HeartbeatBytes::screen(0x50, "E"), QHostAddress(0x7F000100U));
-        QCOMPARE(rowsOf(page).size(), 249);
+        boat.client.processHeartbeat(HeartbeatBytes::device(Eink, "E"), PlayedDisplay::addressOf(0));
+        QCOMPARE(rowsOf(boat.page).size(), 249);
     }
 
     void dialogsBelongToTheWindowAndFreezeTheList()
     {
-        udpHBClient client(passiveMode);
+        udpHBClient client(udpHBClient::Passive);
         QWidget window;
         auto *page = new MonitorUpdate(&client, "SCREEN"_s, &window);
         const QList<QUrl> usual = QFileDialog().sidebarUrls();
         page->startClicked();
         auto *dialog = window.findChild<QFileDialog *>();
+        QCOMPARE(dialog->nameFilters(), QStringList("Kelvora Instrument Update (*screen-update*.tar.gz)"_s));
+        QVERIFY(dialog->fileMode() == QFileDialog::ExistingFile);
         QCOMPARE(dialog->sidebarUrls().constFirst(), QUrl::fromLocalFile(dialog->directory().path()));
         QCOMPARE(dialog->sidebarUrls().constLast(), QUrl::fromLocalFile(QDir::homePath()));
-        client.processHeartbeat(HeartbeatBytes::screen(0, "A"), at("127.0.0.1"));
+        client.processHeartbeat(HeartbeatBytes::device(Screen, "A"), at("127.0.0.1"));
         // As a first-generation device makes the window do.
         page->setEnabled(false);
         QVERIFY(dialog->isEnabled() && rowsOf(*page).isEmpty());
         dialog->reject();
         QVERIFY(dialog->sidebarUrls() == usual && rowsOf(*page).size() == 1);
+        choose(*page, write(folder.filePath("other.tar.gz"_s), "x"));
+        QCOMPARE(window.findChild<QMessageBox *>()->text(), "This is not a valid file."_s);
         page->startClicked();
         delete page;
-        QTRY_VERIFY(window.findChildren<QFileDialog *>().isEmpty());
+        QTRY_VERIFY(window.findChildren<QDialog *>().isEmpty());
     }
 
-    void uploadsEndByThemselves_data()
+    void displaysMayGoWhileTheyAreUpdated()
     {
-        QTest::addColumn<QByteArray>("verb");
-        QTest::addColumn<QByteArray>("reply");
-        QTest::newRow("refused at the greeting") << QByteArray() << QByteArray("421 Busy\r\n");
-        QTest::newRow("silent before the file") << QByteArray("STOR") << QByteArray();
-        QTest::newRow("silent after the file") << QByteArray("STOR") << QByteArray("150 Go\r\n");
-        QTest::newRow("silent after the confirmation") << QByteArray("QUIT") << QByteArray();
-    }
-
-    void uploadsEndByThemselves()
-    {
-        QFETCH(const QByteArray, verb);
-        QFETCH(const QByteArray, reply);
-        ScriptedFtpServer server(QHostAddress::LocalHost, protocol::ftpPort);
-        server.takeOver = [&](const QByteArray &heard) {
-            // Slow answers are no silence: together they take longer than one may.
-            const bool isSlow = heard != verb && (heard.isEmpty() || heard == "PASS");
-            if (isSlow)
-                QTimer::singleShot(600, &server, [&server] { server.reply("230 Fine\r\n"); });
-            else if (heard == verb)
-                server.reply(reply);
-            return isSlow || heard == verb;
-        };
-        Upload upload(nullptr);
-        const bool isPatientAtLast = !reply.startsWith("150");
-        upload.setPatience({isPatientAtLast ? 1000 : 100000, isPatientAtLast ? 100000 : 1000});
-        const QSignalSpy ended(&upload, &Upload::ended);
-        QVERIFY(upload.start("127.0.0.1"_s, write(folder.filePath("image"_s), "x")));
-        QTRY_COMPARE(ended.size(), 1);
-        QVERIFY(server.lines.join().contains(verb));
-        QVERIFY(ended.at(0).at(0).toBool());
-        QVERIFY(upload.abort() && !upload.abort());
-    }
-
-    void twelveDisplaysAreUpdatedAtOnce()
-    {
-        // Long enough for two silent displays to time out on the way, one of them unticked; they speak only
-        // through the test.
-        const QByteArray contents(1000000, 'u'), stored = "stored path=/update/image bytes=1000000 ";
-        QString options = displays + "13 --silent screen-1 --silent screen-2"_s;
-        for (int display = 1; display <= 13; ++display)
-            options += " --ftp-fault screen-%1=slow:100000"_s.arg(display);
-        Boat boat(options);
-        udpHBClient client(activeMode);
-        MonitorUpdate page(&client, "SCREEN"_s, nullptr);
-        page.show();
-        QTRY_COMPARE(rowsOf(page).size(), 11);
-        client.processHeartbeat(HeartbeatBytes::screen(0, "A"), boatAddress(firstDisplayHost));
-        client.processHeartbeat(HeartbeatBytes::screen(0, "B"), boatAddress(firstDisplayHost + 1));
-        const auto rows = rowsOf(page);
-        QCOMPARE(rows.size(), 13);
-        rows.constLast()->findChild<QCheckBox *>()->click();
-
-        const QSignalSpy removed(&client, &udpHBClient::screenRemoved);
-        const QString longName = QString(184, QLatin1Char('x')) + "screen-update Лодка 船.tar.gz"_s;
-        choose(page, write(folder.filePath(longName), contents));
-        QTRY_COMPARE_WITH_TIMEOUT(removed.size(), 2, longestTransferMs);
-        QCOMPARE(boat.log().count(stored), 0);
-        QCOMPARE(rowsOf(page), rows);
-        QTRY_COMPARE_WITH_TIMEOUT(boat.log().count(stored), 12, longestTransferMs);
-        QTRY_VERIFY(button(page, "&Start Update"_s)->isVisible());
-        emit client.listUpdated();
-        QCOMPARE(rowsOf(page).size(), 11);
-        client.processHeartbeat(HeartbeatBytes::screen(0, "B"), boatAddress(firstDisplayHost + 1));
-        QVERIFY2(rowsOf(page).constLast()->isTicked(), "its choice went with it");
+        Displays boat(13);
+        boat.row(12)->findChild<QCheckBox *>()->click();
+        // Long enough for all to time out on the way.
+        for (auto &display : boat.played)
+            display->confirmAfterMs = 9500;
+        const auto rows = rowsOf(boat.page);
+        choose(boat.page, write(package, QByteArray(1000000, 'u')));
+        QTRY_VERIFY_WITH_TIMEOUT(boat.client.screens().isEmpty(), 9400);
+        QCOMPARE(rowsOf(boat.page), rows);
+        QVERIFY(boat.abort()->isVisible() && !boat.start()->isVisible());
+        QCOMPARE(boat.told(0) + boat.told(12), "Downloading..."_s);
+        QCOMPARE(boat.row(0)->findChild<QProgressBar *>()->value(), 1000000);
+        QTRY_VERIFY_WITH_TIMEOUT(boat.start()->isVisible(), longestTransferMs);
+        for (const auto &display : boat.played)
+            QCOMPARE(display->uploadedBytes, display == boat.played.back() ? 0 : 1000000);
+        emit boat.client.listUpdated();
+        QVERIFY(rowsOf(boat.page).isEmpty());
+        boat.hear(12);
+        QVERIFY2(boat.row(0)->isTicked(), "its choice went with it");
     }
 
     void anUpdateFollowsAnyEnd_data()
     {
-        QTest::addColumn<QString>("fault");
-        QTest::addColumn<QByteArray>("moment");
-        QTest::newRow("aborted at once") << "slow:200000"_s << QByteArray();
-        QTest::newRow("aborted while connecting") << "mute"_s << QByteArray("ftp-connect");
-        QTest::newRow("connection dropped") << "drop:100000"_s << QByteArray("upload-broken");
-        QTest::newRow("connection refused") << "no-service"_s << QByteArray();
-        QTest::newRow("disk full") << "full"_s << QByteArray("upload-refused");
+        // Slow answers are no silence: together they take longer than one may.
+        const auto silentAt = [](const QByteArray &verb, const QByteArray &reply = {}) {
+            return [=](PlayedDisplay &display) {
+                display.answers[verb] = reply;
+                display.takeOver = [&](const QByteArray &heard) {
+                    const bool isSlow = QByteArrayList{"", "PASS", "CWD", "TYPE"}.contains(heard);
+                    if (isSlow)
+                        QTimer::singleShot(600, &display, [&] { display.reply("230 Fine\r\n"); });
+                    return isSlow;
+                };
+            };
+        };
+        const auto answering = [](const QByteArray &verb, const QByteArray &reply) {
+            return [=](PlayedDisplay &display) { display.answers[verb] = reply; };
+        };
+        const auto drop = [](PlayedDisplay &display) {
+            display.onTheWay = [&] { display.control->abort(); };
+        };
+        const Upload::Patience shortForReplies{1000, 100000}, shortForConfirmation{100000, 1000};
+        addRows<End>({
+            {"refused at the greeting", answering("", "421 Busy\r\n"), {}},
+            {"connection refused", &PlayedDisplay::close, {}},
+            {"connection dropped", drop, "STOR"},
+            {"disk full", answering("STOR", "452 Full\r\n"), "STOR"},
+            {"silent before the file", silentAt("STOR"), "STOR", shortForReplies},
+            {"silent after the file", silentAt("STOR", "150 Go\r\n"), "STOR", shortForConfirmation},
+            {"silent after the confirmation", silentAt("QUIT"), "QUIT", shortForReplies},
+            {"aborted while connecting", answering("", ""), {}, {}, true},
+            {"aborted in the middle", answering("STOR", ""), "STOR", {}, true},
+        });
     }
 
     void anUpdateFollowsAnyEnd()
     {
-        QFETCH(const QString, fault);
-        QFETCH(const QByteArray, moment);
-        const QString file = write(folder.filePath("screen-update.tar.gz"_s), QByteArray(500000, 'v'));
+        QFETCH(const End, row);
+        Displays boat(2);
+        row.play(*boat.played[1]);
+        boat.row(1)->findChild<Upload *>()->setPatience(row.patience);
+        const QSignalSpy first(boat.row(0), &MonitorUpdateWidget::updateComplete),
+            second(boat.row(1), &MonitorUpdateWidget::updateComplete);
+        choose(boat.page, write(package, QByteArray(500000, 'v')));
         // The first display takes its update without trouble.
-        auto boat = std::make_unique<Boat>(displays + "2 --ftp-fault screen-2="_s + fault);
-        udpHBClient client(activeMode);
-        MonitorUpdate page(&client, "SCREEN"_s, nullptr);
-        page.show();
-        QTRY_COMPARE(rowsOf(page).size(), 2);
-        const QSignalSpy first(rowsOf(page).at(0), &MonitorUpdateWidget::updateComplete),
-            second(rowsOf(page).at(1), &MonitorUpdateWidget::updateComplete);
-        choose(page, file);
-        if (!moment.isEmpty()) {
-            boat->waitFor("screen-2 " + moment);
-            QTRY_COMPARE_WITH_TIMEOUT(first.size(), 1, longestTransferMs);
-        }
-        if (fault == "slow:200000"_s || fault == "mute"_s)
-            button(page, "&Abort Update"_s)->click();
-        QTRY_VERIFY(button(page, "&Start Update"_s)->isVisible());
+        QTRY_COMPARE(first.size(), 1);
+        QCOMPARE(boat.told(0), "Updating..."_s);
+        if (row.isAborted)
+            boat.abort()->click();
+        QTRY_VERIFY(boat.start()->isVisible());
         QCOMPARE(second.size(), 1);
+        QVERIFY(boat.played[1]->lines.join().contains(row.reached));
+        QCOMPARE(boat.told(1), row.isAborted ? "Aborted."_s : "Updating..."_s);
 
-        boat.reset();
-        boat = std::make_unique<Boat>(displays + "2 --ftp-fault screen-2=slow:200000"_s);
-        choose(page, file);
+        for (auto &display : boat.played) {
+            display.reset();
+            display = std::make_unique<PlayedDisplay>(&display - boat.played.data());
+        }
+        boat.played[1]->confirmAfterMs = 500;
+        choose(boat.page, package);
         // It is over when both displays have it, and no sooner.
-        QTRY_VERIFY_WITH_TIMEOUT(button(page, "&Start Update"_s)->isVisible(), longestTransferMs);
-        QTRY_COMPARE_WITH_TIMEOUT(boat->log().count("stored path=/update/image bytes=500000 "), 2, 1000);
+        QTRY_VERIFY(boat.start()->isVisible());
+        for (const auto &display : boat.played)
+            QCOMPARE(display->lines.join('|'), QByteArray(wholeSession));
     }
 
     void rowsMayBeRebuiltFromTheirOwnSignal()
     {
-        udpHBClient client(passiveMode);
-        MonitorUpdate page(&client, "SCREEN"_s, nullptr);
-        client.processHeartbeat(HeartbeatBytes::screen(0, "A"), boatAddress(unusedHost));
+        Displays boat(0);
+        boat.hear(0);
         for (const bool aborts : {false, true}) {
-            const QPointer<MonitorUpdateWidget> row = rowsOf(page).at(0);
-            connect(row, &MonitorUpdateWidget::updateComplete, &page, &MonitorUpdate::newMonitors);
+            const QPointer<MonitorUpdateWidget> row = boat.row(0);
+            connect(row, &MonitorUpdateWidget::updateComplete, &boat.page, &MonitorUpdate::newMonitors);
             row->updateDataTransferProgress(1, 1);
-            choose(page, write(folder.filePath("screen-update.tar.gz"_s), "x"));
+            choose(boat.page, write(package, "x"));
             QVERIFY(row->findChild<QProgressBar *>()->value() < 0);
             if (aborts)
-                button(page, "&Abort Update"_s)->click();
+                boat.abort()->click();
             QTRY_VERIFY(row.isNull());
-            QCOMPARE(rowsOf(page).size(), 1);
+            QCOMPARE(rowsOf(boat.page).size(), 1);
         }
     }
 
-    void reportedPortModesAreNeverSentBack()
+    void n6PageOpensItsPagesAndNeverSendsReportedModesBack()
     {
         QUdpSocket n6;
-        QVERIFY(n6.bind(boatAddress(n6Host), protocol::commandPort));
-        udpHBClient client(passiveMode);
+        QVERIFY(n6.bind(at("127.0.0.10"), protocol::commandPort));
+        udpHBClient client(udpHBClient::Passive);
         N6Widget page(nullptr, &client);
         auto *port1 = page.findChild<QComboBox *>("comboBox_port1"_s);
         auto *port2 = page.findChild<QComboBox *>("comboBox_port2"_s);
+        QDesktopServices::setUrlHandler("http"_s, this, "open");
+        page.openWebinterface();
+        QVERIFY(opened.isEmpty() && !port1->isEnabled() && !port2->isEnabled());
         const QMap<int, int> port1Indices{{-1, -1}, {0, 0}, {6, 1}, {4, 2}, {5, 3}};
         for (int code = -128; code < 128; ++code) {
             const int before = port1->currentIndex();
-            client.processHeartbeat(HeartbeatBytes::n6("N6", 1, code, code), boatAddress(n6Host));
+            client.processHeartbeat(HeartbeatBytes::n6("N6", 1, code, code), at("127.0.0.10"));
             QCOMPARE(port1->currentIndex(), port1Indices.value(code, before));
             QCOMPARE(port2->currentIndex(), code >= 0 && code <= 2 ? code : -1);
         }
+        QStringList told;
+        for (const char *name : {"label_serial", "label_version", "label_model"})
+            told += page.findChild<QLabel *>(QLatin1String(name))->text();
+        QCOMPARE(told, QStringList({"N6   (N6 Larch)"_s, "3.6   (FW 1.4)"_s, "127.0.0.10"_s}));
+        page.openWebinterface();
+        QCOMPARE(opened, QUrl("http://127.0.0.10/"_s));
         QWheelEvent notch({}, {}, {}, QPoint(0, -120), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
                           false);
         QApplication::sendEvent(port1, &notch);
@@ -297,6 +365,8 @@ private slots:
 
 private:
     QTemporaryDir folder;
+    const QString package = folder.filePath("screen-update.tar.gz"_s);
+    QUrl opened;
 };
 
 QTEST_MAIN(TestUpdate)

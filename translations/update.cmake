@@ -1,17 +1,17 @@
-# cmake -D LUPDATE=<program> -D SOURCE_DIR=<folder> -D TEMPLATE=<file> [-D CHECK_IN=<folder>] -P update.cmake
-# Brings the template up to date with the sources; with CHECK_IN only tells, by failing, that it is not. Either way a
-# warning is an error: it stands for a text that no translator would see.
-set(template ${TEMPLATE})
+# cmake -D LUPDATE=<program> -D SOURCE_DIR=<folder> -D FILES=<file,...> [-D CHECK_IN=<folder>] -P update.cmake
+# Brings the files for translators up to date with the sources; with CHECK_IN only tells, by failing, that one is not.
+# Either way a warning is an error: it stands for a text that no translator would see.
+string(REPLACE "," ";" FILES ${FILES})
+set(files ${FILES})
 if(CHECK_IN)
-    get_filename_component(name ${TEMPLATE} NAME)
-    set(template ${CHECK_IN}/${name})
-    configure_file(${TEMPLATE} ${template} COPYONLY)
+    file(COPY ${FILES} DESTINATION ${CHECK_IN})
+    list(TRANSFORM files REPLACE ".*/" ${CHECK_IN}/)
 endif()
 
-# Without line numbers, which would change the template with every edit of a source.
+# Without line numbers, which would change the files with every edit of a source.
 execute_process(
-    COMMAND ${LUPDATE} -silent -no-obsolete -locations none -source-language en -target-language en
-        -extensions cpp,h,ui -I . app discovery forms ftp settings update -ts ${template}
+    COMMAND ${LUPDATE} -silent -no-obsolete -locations none -source-language en
+        -extensions cpp,h,ui -I . app discovery forms ftp settings translations update -ts ${files}
     WORKING_DIRECTORY ${SOURCE_DIR}
     RESULT_VARIABLE result
     OUTPUT_VARIABLE messages
@@ -21,8 +21,10 @@ if(NOT result EQUAL 0 OR messages)
 endif()
 
 if(CHECK_IN)
-    execute_process(COMMAND ${CMAKE_COMMAND} -E compare_files ${TEMPLATE} ${template} RESULT_VARIABLE differs)
-    if(differs)
-        message(FATAL_ERROR "${TEMPLATE} is not up to date: build the target update-translations")
-    endif()
+    foreach(file updated IN ZIP_LISTS FILES files)
+        execute_process(COMMAND ${CMAKE_COMMAND} -E compare_files ${file} ${updated} RESULT_VARIABLE differs)
+        if(differs)
+            message(FATAL_ERROR "${file} is not up to date: build the target update-translations")
+        endif()
+    endforeach()
 endif()

@@ -33,7 +33,9 @@ void swapButtons(QPushButton *from, QPushButton *to)
 
 MonitorUpdate::MonitorUpdate(udpHBClient *sharedClient, QString type, QWidget *parent)
     : QWidget(parent), client(sharedClient), deviceType(std::move(type)), heading(new QLabel(this)),
+      //: A button, 150 pixels wide
       startButton(new QPushButton(tr("&Start Update"), this)),
+      //: A button, 150 pixels wide
       abortButton(new QPushButton(tr("&Abort Update"), this))
 {
     buildWidgets();
@@ -125,6 +127,7 @@ void MonitorUpdate::newMonitors()
     }
     while (rowAt(place))
         removeRow(place);
+    //: 400 pixels wide, as the text for no devices, where %1 is a type of displays: screen, screen2 or eink
     heading->setText(place > 0 ? tr("Select device for software update:")
                                : tr("No %1 devices available for update.").arg(deviceType.toLower()));
 }
@@ -191,6 +194,7 @@ void MonitorUpdate::startClicked()
     if (state != State::Idle)
         return;
     fileDialog =
+        //: A kind of files
         updatefile::newDialog(this, tr("Kelvora Instrument Update"), updatefile::pattern(deviceType));
     connect(fileDialog, &QFileDialog::accepted, this, &MonitorUpdate::fileSelected);
     connect(fileDialog, &QFileDialog::rejected, this, &MonitorUpdate::endChoice);

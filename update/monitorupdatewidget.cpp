@@ -32,10 +32,12 @@ MonitorUpdateWidget::MonitorUpdateWidget(const ScreenDevice *device, QWidget *pa
     checkBox->setChecked(true);
     setFocusProxy(checkBox);
     progressBar->setGeometry(300, 4, 270, 32);
+    //: Only read aloud
     progressBar->setAccessibleName(tr("Upload progress"));
     label->setGeometry(580, 1, 100, 36);
     label->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     label->setFont(rowFont);
+    label->setWordWrap(true);
     showDevice(*device);
     connect(checkBox, &QCheckBox::toggled, this, &MonitorUpdateWidget::tickChanged);
     connect(upload, &Upload::progress, this, &MonitorUpdateWidget::updateDataTransferProgress);
@@ -59,6 +61,7 @@ void MonitorUpdateWidget::updateMonitor(const QString &filename)
     if (!isTicked())
         return;
     progressBar->reset();
+    //: In 100 pixels, or two such lines: the file is on its way from this computer to the device
     label->setText(tr("Downloading..."));
     if (upload->start(address.toString(), filename))
         emit updateStarted();
@@ -94,6 +97,7 @@ void MonitorUpdateWidget::ftpDone(bool error)
 {
     Q_UNUSED(error)
     isNew = false;
+    //: The file was sent; the device may be installing it. In 100 pixels, or two such lines
     label->setText(tr("Updating..."));
     emit updateComplete();
 }
@@ -102,6 +106,7 @@ void MonitorUpdateWidget::abortUpdate()
 {
     if (!upload->abort())
         return;
+    //: The user has stopped the update of this display
     label->setText(tr("Aborted."));
     progressBar->reset();
     emit updateComplete();

@@ -83,7 +83,9 @@ void N6Widget::showIdentity(const N6Device &n6)
         form->progressBar->reset();
         uploadEnd.invalidate();
     }
+    //: Serial number and model of the N6
     form->label_serial->setText(tr("%1   (%2)").arg(n6.serial, n6ModelName(n6.model)));
+    //: Versions of the N6's software and firmware
     form->label_version->setText(tr("%1   (FW %2)").arg(n6.applicationVersion, n6.firmwareVersion));
     form->label_model->setText(displayAddress(n6.address));
 }
@@ -145,6 +147,7 @@ void N6Widget::startClicked()
 {
     if (address.isNull())
         return;
+    //: A kind of files
     fileDialog = updatefile::newDialog(this, tr("Kelvora N6 Update"), filePattern());
     connect(fileDialog, &QFileDialog::accepted, this, &N6Widget::fileSelected);
     fileDialog->open();
@@ -169,6 +172,7 @@ void N6Widget::startUpload(const QString &fileName)
     // The end of an earlier upload must not clear the status of this one.
     uploadEnd.invalidate();
     form->progressBar->reset();
+    //: The file is on its way from this computer to the N6
     form->resultLabel->setText(tr("Downloading..."));
     if (upload->start(client->n6Device().address.toString(), fileName))
         qDebug().noquote() << "Updates started";
@@ -183,6 +187,7 @@ void N6Widget::updateDataTransferProgress(qint64 readBytes, qint64 totalBytes)
 void N6Widget::ftpDone(bool error)
 {
     Q_UNUSED(error)
+    //: The file was sent; the N6 may be installing it
     form->resultLabel->setText(tr("Updating..."));
     form->progressBar->setTextVisible(false);
     uploadEnd.start();

@@ -76,6 +76,7 @@ QString updatefile::chosenPath(const QFileDialog *dialog)
 void updatefile::showNotValid(QWidget *page)
 {
     auto *box =
+        //: The title of a box
         new QMessageBox(QMessageBox::Warning, QCoreApplication::translate("UpdateFile", "Firmware Update"),
                         QCoreApplication::translate("UpdateFile", "This is not a valid file."),
                         QMessageBox::Cancel, page->window());

@@ -39,6 +39,10 @@ is_running() {
     kill -0 "$1" 2>/dev/null
 }
 
+simulator_ready_or_gone() {
+    grep -q "boat ready" "$simulator_log" || ! is_running "$simulator"
+}
+
 start_simulator() {
     echo "==> Starting the boat"
     # Nothing of an earlier run may be taken for this one's.
@@ -46,9 +50,6 @@ start_simulator() {
     simulator/boatsim "${boat[@]}" >"$simulator_log" 2>&1 &
     simulator=$!
     children+=("$simulator")
-    simulator_ready_or_gone() {
-        grep -q "boat ready" "$simulator_log" || ! is_running "$simulator"
-    }
     wait_for "$start_seconds" simulator_ready_or_gone || fail "the simulator does not get ready"
     grep -q "boat ready" "$simulator_log" || fail "the simulator ended: $(tail -n 1 "$simulator_log")"
     if grep -q "ftp-unavailable" "$simulator_log"; then

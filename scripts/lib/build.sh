@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# Sourced by the scripts: building with a preset.
+# Sourced by the scripts: building and testing with a preset.
 
 # build_preset PRESET [TARGET...]: configures and builds the targets, or everything.
 build_preset() {
@@ -10,4 +10,12 @@ build_preset() {
     cmake --preset "$preset"
     echo "==> Building in build/$preset"
     cmake --build --preset "$preset" ${1:+--target "$@"}
+}
+
+# test_preset PRESET [CTEST ARGUMENT...]: runs the tests side by side. They wait more than they work, so two for each core.
+test_preset() {
+    local preset=$1
+    shift
+    echo "==> Testing in build/$preset"
+    ctest --preset "$preset" --parallel $((2 * $(nproc))) "$@"
 }

@@ -1,22 +1,22 @@
 # shellcheck shell=bash disable=SC2034
 # Sourced by the scripts: the Debian and Ubuntu packages that the project needs, and how missing ones are installed.
 
-readonly build_packages=(g++ cmake ninja-build qtbase5-dev zlib1g-dev)
+readonly build_packages=(g++ cmake ninja-build qtbase5-dev qttools5-dev-tools zlib1g-dev)
 readonly boat_packages=(python3 python3-pyftpdlib iproute2)
 # To show the window where there is no display, and to look at it.
 readonly off_screen_packages=(xvfb xdotool imagemagick)
 # To use the program as a user would, on a display of its own.
-readonly end_to_end_packages=(xvfb at-spi2-core dbus python3-gi python3-xlib util-linux)
+readonly end_to_end_packages=(xvfb at-spi2-core gir1.2-atspi-2.0 dbus python3-gi python3-xlib util-linux)
 # A library of vsftpd's.
 readonly server_packages=(libwrap0)
 # To check what a desktop reads.
 readonly desktop_packages=(desktop-file-utils appstream)
-readonly translation_packages=(qttools5-dev qttools5-dev-tools)
 readonly icon_packages=(librsvg2-bin icoutils icnsutils)
 readonly benchmark_packages=(xvfb curl)
 readonly fuzz_packages=(clang)
 readonly analysis_packages=(clang clang-tidy clazy cppcheck)
 readonly coverage_packages=(gcovr)
+readonly style_packages=(clang-format shellcheck flake8)
 readonly package_packages=(dpkg-dev fakeroot lintian)
 # The cross compiler, what the toolkit's own build wants, and what makes an installer.
 readonly windows_packages=(g++-mingw-w64-x86-64-posix libz-mingw-w64-dev dpkg-dev make perl python3 nsis)

@@ -1,4 +1,4 @@
-"""The program as a user meets it: with a boat of several hosts, and with what goes wrong there."""
+# The program as a user meets it: with a boat on another host, and with what goes wrong there.
 
 import functools
 import hashlib
@@ -11,127 +11,98 @@ import tempfile
 import time
 import unittest
 
+from hosts import PREFIX, SIMULATOR, Boat, Network, until
+from tool import CHECKED, ENABLED, Tool
+
 sys.dont_write_bytecode = True
-sys.path.insert(0, str(pathlib.Path(__file__).parents[2] / "simulator"))
+sys.path.insert(0, str(SIMULATOR))
 from boat import settings  # noqa: E402
-from boat.hosts import BOATSIM, PREFIX, Impossible, Network, until  # noqa: E402
-from tool import CHECKED, ENABLED, Tool  # noqa: E402
 
 OK = "Connection ok"
-NOTHING = "Connection problem, check your network settings"
-LOSS, DELAY = {"loss": 0.2}, {"delay": 0.2}
+LOSS, DELAY = {"loss": 0.2}, {"delay": 0.1}
 
 
 class Scenario(unittest.TestCase):
     PAGE = None  # the first one
     ENVIRONMENT = {}  # of the tool
 
-    def begin(self, displays=("screen",), n6=(), options=(), **network):
-        """A boat with an N6, a gyro and these displays, each on its own host and all known to the tool.
-
-        The options are for the displays of the first one's type.
-        """
-        folder = tempfile.TemporaryDirectory(prefix="kelvora-")
-        self.addCleanup(folder.cleanup)
-        self.folder = pathlib.Path(folder.name)
-        try:
-            self.network = Network(self.folder, **network)
-        except Impossible as reason:
-            self.skipTest(str(reason))
+    # A boat with an N6, a gyro and six displays, all known to the tool.
+    def begin(self, *options, **network):
+        self.folder = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory(prefix="kelvora-")))
+        self.network = Network(**network)
         self.addCleanup(self.network.close)
-        self.n6 = self.add(*n6, hosts=(10, 11, 12))
-        self.displays = []
-        for host, kind in enumerate(displays, start=20):
-            alone = ("--no-n6", "--no-gyro", f"--{kind}s=1", f"--address={kind}-1={PREFIX}{host}")
-            self.displays.append(self.add(*alone, *(options if kind == displays[0] else ()), hosts=[host]))
+        self.boat = self.start_boat(*options)
         self.tool = Tool(self.folder, self.ENVIRONMENT)
         self.addCleanup(self.tool.end)
         self.tool.sees(OK)
-        for n in range(len(displays)):
-            until(lambda: f" IP {PREFIX}{20 + n}\n" in self.tool.log(), 60, f"display {n} is found")
+        for kind, count in (("Screen", 5), ("E-Ink", 1), ("Gyro", 1), ("N6", 1)):
+            until(lambda: self.logged(f"udpHB: {kind} IP {PREFIX}") == count, 60, f"each {kind} found once")
         if self.PAGE:
             self.tool.press(self.PAGE, "page tab")
 
-    def add(self, *arguments, hosts):
-        """A simulator that has no display but those in the arguments."""
-        simulator = self.network.add("--screens=0", "--screen2s=0", "--einks=0", *arguments, hosts=hosts)
-        self.addCleanup(simulator.stop)
-        return simulator
+    def start_boat(self, *options):
+        boat = Boat(self.folder / f"boat-{time.monotonic()}.log", self.network.enter, *options)
+        self.addCleanup(boat.stop)
+        return boat
 
-    def pull_plug(self, seconds=10):
-        """Meanwhile the tool has to answer, and to notice."""
-        if not self.network.is_switched:
-            self.skipTest("no plug to pull without a bridge")
+    # How often the tool said so.
+    def logged(self, pattern):
+        return len(re.findall(pattern, self.tool.log()))
+
+    # Meanwhile the tool has to answer, and to notice.
+    def pull_plug(self):
+        if not self.network.has_plug:
+            self.skipTest("no plug to pull without a namespace")
         self.network.plug("down")
         pulled = time.monotonic()
-        self.tool.sees(NOTHING, seconds=20)
-        until(lambda: time.monotonic() - pulled > seconds, seconds, "the time without network")
+        self.tool.sees("Connection problem, check your network settings", seconds=20)
+        until(lambda: time.monotonic() - pulled > 10, 11, "the tool with new sockets")
         self.network.plug("up")
         self.tool.sees(OK)
 
     def package(self, kind, size):
-        subprocess.run([BOATSIM.with_name("make-sample-packages"), f"--size={size}", self.folder], check=True, stdout=subprocess.DEVNULL)
+        make = [SIMULATOR / "make-sample-packages", f"--size={size}", self.folder]
+        subprocess.run(make, check=True, stdout=subprocess.DEVNULL)
         return next(self.folder.glob(f"{kind}-update-*"))
 
     def finish(self):
         self.assertEqual(self.tool.close(), 0, self.tool.log())
 
+    # A scenario without a turn on the way.
     def run_through(self, *arguments, **options):
         self.begin(*arguments, **options)
         self.finish()
-
-
-def through(*arguments, **options):
-    """A scenario without a turn on the way."""
-    return functools.partialmethod(Scenario.run_through, *arguments, **options)
-
-
-class Discovery(Scenario):
-    DISPLAYS = ("screen", "screen", "screen2", "eink")
-
-    def test_each_device_is_found_and_again_after_a_pulled_plug(self):
-        self.begin(self.DISPLAYS)
-        self.tool.sees("N6 Configuration", "page tab", ENABLED)
-        self.assertEqual(self.tool.log().count("udpHB: Screen IP"), 3)
-        self.assertEqual(self.tool.log().count("udpHB: E-Ink IP"), 1)
-        self.assertIn(f"udpHB: Gyro IP {PREFIX}12\n", self.tool.log())
-        self.pull_plug()
-        until(lambda: self.tool.log().count("udpHB: E-Ink IP") == 2, 60, "the display found again")
-        self.finish()
-
-    test_each_device_is_found_with_loss = through(DISPLAYS, **LOSS, impaired="boat")
 
 
 class DisplayUpdate(Scenario):
     SLOW = "--ftp-fault=screen-1=slow:1000000"
 
     def begin(self, size, *options, **network):
-        super().begin(("screen", "screen", "screen2"), options=options, **network)
+        super().begin(*options, **network)
         self.file = self.package("screen", size)
-        self.tool.sees(r".*\(PO\).*|.*\(LS\).*", "check box", CHECKED, count=2)
+        self.tool.sees(r".*\(PO\).*|.*\(LS\).*", "check box", CHECKED, count=3)
         self.tool.press("Start Update")
         self.tool.choose_file("Open Update File", self.file, "Open")
 
     def progressing(self):
-        progress = lambda: [self.tool.value(bar) > 0 for bar in self.tool.elements(role="progress bar")]
-        until(lambda: progress() == [True, True], 60, "progress of both")
+        bars = functools.partial(self.tool.elements, role="progress bar")
+        until(lambda: [self.tool.value(bar) > 0 for bar in bars()] == [True] * 3, 60, "progress of all")
 
+    # The SCREEN displays got the package, and no other did.
     def finish(self):
-        """Both SCREEN displays got the package, and no other did."""
-        for display in self.displays[:2]:
-            display.saw(f"stored path=/update/image bytes=.* sha256={checksum(self.file)}", 120)
+        for number in (1, 2, 3):
+            self.boat.saw(f"screen-{number} stored path=/update/image bytes=.* sha256={checksum(self.file)}", 120)
         self.tool.sees("Start Update", "push button", ENABLED)
-        self.assertEqual(self.displays[2].count("ftp-connect"), 0)
+        self.assertEqual(self.boat.count("(screen2|eink)-. ftp-connect"), 0)
         super().finish()
 
     def test_all_of_a_type_at_once_and_their_restart(self):
         self.begin(5_000_000, "--reboot=10")
-        gone = f"udpHB: Instrument {PREFIX}2[01] timed out"
-        until(lambda: len(re.findall(gone, self.tool.log())) == 2, 60, "both displays gone")
-        self.tool.sees(rf".*{PREFIX}2[01].*", "check box", count=2)
+        until(lambda: self.logged(f"udpHB: Instrument {PREFIX}2[012] timed out") >= 3, 60, "the displays gone")
+        self.tool.sees(rf".*{PREFIX}2[012].*", "check box", count=3)
         self.finish()
 
-    test_with_loss = through(50_000, **LOSS)
+    test_with_loss = functools.partialmethod(Scenario.run_through, 50_000, **LOSS)
 
     def test_with_the_plug_pulled_in_the_middle(self):
         self.begin(6_000_000, self.SLOW)
@@ -143,24 +114,23 @@ class DisplayUpdate(Scenario):
         self.begin(6_000_000, self.SLOW)
         self.progressing()
         super().finish()
-        for display in self.displays[:2]:
-            display.saw("upload-broken|ftp-disconnect")
+        self.boat.saw("screen-1 (upload-broken|ftp-disconnect)")
 
 
 class N6Page(Scenario):
     PAGE = "N6 Setup and Update"
 
-    def update(self, *n6, **network):
-        self.begin(n6=n6, **network)
+    def update(self, *options, **network):
+        self.begin(*options, **network)
         package = self.package("n6", 1_000_000)
         self.tool.press("Update N6 Software")
         self.tool.choose_file("Open Update File", package, "Open")
-        self.n6.saw(f"stored path=/update/image bytes=.* sha256={checksum(package)}")
+        self.boat.saw(f"n6.* stored path=/update/image bytes=.* sha256={checksum(package)}")
         self.tool.sees("Updating...", "label")
         self.tool.sees("N6-.*", "label")
         until(lambda: not self.tool.elements("Updating..."), 60, "the notice gone")
         self.assertLess(self.tool.value(self.tool.elements(role="progress bar")[0]), 0)
-        self.assertEqual(self.n6.count("stored"), 1)
+        self.assertEqual(self.boat.count("stored"), 1)
         self.finish()
 
     test_update_and_restart = functools.partialmethod(update, "--reboot=10")
@@ -173,14 +143,17 @@ class N6Page(Scenario):
 
     def test_port_modes_also_at_a_new_address(self):
         self.begin()
-        self.tool.sees(r"N6-30001234   \(N6 Flint\)", "label")
+        for text in (r"N6-30001234   \(N6 Flint\)", r"\d.*   \(FW \d.*\)", f"{PREFIX}10"):
+            self.tool.sees(text, "label")
         for port, code, text in ((1, 6, "NMEA0183-HS"), (2, 1, "B&G Fastnet")):
             self.choose_next_mode(port)
-            self.n6.saw(f"port-mode setting=port{port}Mode code={code}")
+            self.boat.saw(f"port-mode setting=port{port}Mode code={code}")
             self.tool.sees(text, "combo box")
-        self.assertEqual(self.n6.count("port-mode"), 2)
-        self.n6.stop()
-        moved = self.add(f"--address=n6={PREFIX}14", hosts=[14, 12])
+        self.assertEqual(self.boat.count("port-mode"), 2)
+        self.boat.stop()
+        self.tool.sees("no device found", "label")
+        self.assertFalse(self.tool.elements(rf"{PREFIX}10|.*\(FW .*", "label"))
+        moved = self.start_boat(f"--address=n6={PREFIX}14")
         self.tool.sees(f"{PREFIX}14", "label")
         self.choose_next_mode(1)
         moved.saw("port-mode setting=port1Mode code=6")
@@ -190,20 +163,21 @@ class N6Page(Scenario):
 class Backup(Scenario):
     PAGE = "N6 Configuration"
 
-    def begin(self, *n6, **network):
-        super().begin(n6=n6, **network)
+    def begin(self, *options, **network):
+        super().begin(*options, **network)
         self.tool.press("Backup Settings")
         self.tool.choose_file("Save As", self.folder / "boat", "Save")
         self.part = self.folder / "boat.tar.gz.part"
 
     def finish(self):
         self.tool.answer("Backup download complete!", "Settings backup complete.", "OK")
-        self.n6.saw(f"archive-ready .* sha256={checksum(self.part.with_suffix(''))}")
+        self.boat.saw(f"archive-ready .* sha256={checksum(self.part.with_suffix(''))}")
         self.assertFalse(self.part.exists())
+        # Where the dialog was, for the next run.
+        self.assertIn("settings=", (self.folder / ".config/Kelvora/KelvoraTool.conf").read_text())
         super().finish()
 
-    test_backup = through()
-    test_with_loss = through(**LOSS)
+    test_with_loss = functools.partialmethod(Scenario.run_through, **LOSS)
 
     def test_with_the_plug_pulled_in_the_middle(self):
         self.begin("--archive-padding=3000000", "--ftp-fault=n6=slow:500000")
@@ -211,47 +185,41 @@ class Backup(Scenario):
         self.pull_plug()
         self.finish()
 
-    # The proxy that an office's computer has been told of knows nothing of the boat.
-
-    def past(self, variable, scheme):
+    # The proxies that an office's computer has been told of know nothing of the boat.
+    def test_past_proxies(self):
         with socket.create_server(("127.0.0.1", 0)) as proxy:
             proxy.setblocking(False)
-            self.ENVIRONMENT = {variable: f"{scheme}://127.0.0.1:{proxy.getsockname()[1]}"}
+            address = f"127.0.0.1:{proxy.getsockname()[1]}"
+            self.ENVIRONMENT = {"http_proxy": f"http://{address}", "all_proxy": f"socks5://{address}"}
             self.run_through()
             self.assertRaises(BlockingIOError, proxy.accept)
-
-    test_past_an_http_proxy = functools.partialmethod(past, "http_proxy", "http")
-    test_past_a_socks_proxy = functools.partialmethod(past, "all_proxy", "socks5")
 
 
 class Settings(Scenario):
     PAGE = "N6 Configuration"
 
-    def restore(self, padding=200_000, **options):
-        self.begin(**options)
+    # More than the system takes at once: what it still holds is no stall.
+    def test_restore_over_a_slow_link(self):
+        self.begin("--ftp-fault=n6=slow:60000")
         archive = self.folder / "old.tar.gz"
-        settings.write_archive({**settings.factory_settings(), "port1Mode": 4}, archive, padding)
+        settings.write_archive({**settings.factory_settings(), "port1Mode": 4}, archive, 3_000_000)
         self.tool.press("Restore Settings")
         self.tool.choose_file("Choose file to Restore", archive, "Open")
-        self.n6.saw(f"n6 restore bytes=.* sha256={checksum(archive)}", 120)
+        self.boat.saw(f"n6 restore bytes=.* sha256={checksum(archive)}", 120)
         self.tool.answer("Backup upload complete!", "Settings upload complete.", "OK")
         self.finish()
 
-    # More than the system takes at once: what it still holds is no stall.
-    test_restore_over_a_slow_link = functools.partialmethod(restore, 3_000_000, n6=["--ftp-fault=n6=slow:60000"])
-    test_restore_with_delay = functools.partialmethod(restore, **DELAY)
-
+    # The two take turns as the server. The tool may not send to one of them what was meant for the other.
     def test_factory_reset_beside_a_second_n6(self):
-        """The two take turns as the server. The tool may not send to one of them what was meant for the other."""
-        self.begin(n6=["--second-n6"])
+        self.begin("--second-n6")
 
         def reset():
             self.tool.press("Factory Reset")
             self.tool.answer("Factory Reset", "Warning: All settings will be deleted.*", "Yes")
-            return self.n6.count("factory-reset serial=")
+            return self.boat.count("factory-reset serial=")
 
         until(reset, 60, "a reset while the same one is the server")
-        self.assertEqual(self.n6.count("factory-reset-refused"), 0)
+        self.assertEqual(self.boat.count("factory-reset-refused"), 0)
         self.finish()
 
 

@@ -1,55 +1,41 @@
-"""The real program on a display of its own, used through the accessibility interface as a screen reader's user would."""
+# The real program, used through the accessibility interface as a screen reader's user would.
 
 import collections
+import contextlib
 import os
 import re
-import subprocess
 
 import gi
 from Xlib import X, XK, display, protocol
-from Xlib.ext import xtest
 
-gi.require_version("Gio", "2.0")
-from gi.repository import Gio, GLib  # noqa: E402
+gi.require_version("Atspi", "2.0")
+from gi.repository import Atspi, GLib  # noqa: E402
 
-from boat.hosts import end, start, until  # noqa: E402
+from hosts import end, start, until  # noqa: E402
 
 PROGRAM = os.environ["KELVORA_TOOL"]
-CHECKED, ENABLED, SHOWING = 4, 8, 25
-_ROOT = ("org.a11y.atspi.Registry", "/org/a11y/atspi/accessible/root")
-_ANSWER_MS = 5000
+CHECKED, ENABLED, SHOWING = Atspi.StateType.CHECKED, Atspi.StateType.ENABLED, Atspi.StateType.SHOWING
 
-Element = collections.namedtuple("Element", "owner path role name states")
+Element = collections.namedtuple("Element", "node role name states")
 
 
 class Tool:
     def __init__(self, folder, environment=()):
         self._log = folder / "tool.log"
-        self._helpers = []
-        # Over TCP, as only its ports are the namespace's own: a socket file would replace that of another display.
-        transport = ["-listen", "tcp", "-nolisten", "unix", "-nolisten", "local"]
-        number = self._first_line("Xvfb", "-displayfd", "1", "-screen", "0", "1280x800x24", *transport)
-        self._display = display.Display(f"127.0.0.1:{number}")
-        environment = dict(os.environ, **dict(environment), DISPLAY=f"127.0.0.1:{number}", HOME=str(folder), XDG_RUNTIME_DIR=str(folder))
-        environment.update(QT_QPA_PLATFORM="xcb", QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1")
-        # The display's drivers leak, which is no fault of the tool.
-        environment.update(QT_XCB_GL_INTEGRATION="none", QT_FORCE_STDERR_LOGGING="1", QT_LOGGING_RULES="default.debug=true")
-        session = self._first_line("dbus-daemon", "--session", "--nofork", "--print-address", env=environment)
-        environment["DBUS_SESSION_BUS_ADDRESS"] = session
+        self._display = display.Display()
         # Asking starts the service, which a program that starts first would miss.
-        self._bus = _connection(session)
-        self._bus = _connection(self._call(("org.a11y.Bus", "/org/a11y/bus"), "org.a11y.Bus", "GetAddress"))
+        self._desktop = Atspi.get_desktop(0)
+        # Nobody listens to what would keep it right.
+        self._desktop.set_cache_mask(Atspi.Cache.NONE)
+        own = {"HOME": str(folder), "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1", **dict(environment)}
+        # The display's drivers leak, which is no fault of the tool.
+        own.update(QT_XCB_GL_INTEGRATION="none", QT_FORCE_STDERR_LOGGING="1", QT_LOGGING_RULES="default.debug=true")
         with open(self._log, "w", encoding="utf-8") as log:
-            self.process = start(PROGRAM, env=environment, cwd=folder, stdout=log, stderr=log)
+            self.process = start(PROGRAM, env={**os.environ, **own}, cwd=folder, stdout=log, stderr=log)
         self.sees("KelvoraTool - v.*")
 
-    def _first_line(self, *command, **options):
-        process = start(*command, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True, **options)
-        self._helpers.append(process)
-        return process.stdout.readline().strip()
-
+    # Closes the window as its frame's button does, and returns the program's status.
     def close(self):
-        """Closes the window as its frame's button does, and returns the program's status."""
         windows = self._display.screen().root.query_tree().children
         window = next(each for each in windows if (each.get_wm_name() or "").startswith("KelvoraTool - v"))
         atom = self._display.intern_atom
@@ -60,84 +46,56 @@ class Tool:
 
     def end(self):
         self._display.close()
-        for process in (self.process, *reversed(self._helpers)):
-            end(process)
+        end(self.process)
 
     def log(self):
         return self._log.read_text()
 
     # What is on the screen.
 
-    def _call(self, target, interface, method, arguments=None):
-        answer = self._bus.call_sync(*target, interface, method, arguments, None, 0, _ANSWER_MS, None)
-        return answer.unpack()[0] if answer.n_children() else None
-
-    def _get(self, target, interface, name):
-        arguments = GLib.Variant("(ss)", (f"org.a11y.atspi.{interface}", name))
-        return self._call(target, "org.freedesktop.DBus.Properties", "Get", arguments)
-
-    def _below(self, target):
-        try:
-            for child in self._call(target, "org.a11y.atspi.Accessible", "GetChildren"):
-                role = self._call(child, "org.a11y.atspi.Accessible", "GetRoleName")
-                low, high = self._call(child, "org.a11y.atspi.Accessible", "GetState")
-                yield Element(*child, role, self._get(child, "Accessible", "Name"), low | high << 32)
+    def _below(self, node):
+        with contextlib.suppress(GLib.Error):  # gone while it is looked at
+            for child in filter(None, map(node.get_child_at_index, range(node.get_child_count()))):
+                yield Element(child, child.get_role_name(), child.get_name(), set(child.get_state_set().get_states()))
                 yield from self._below(child)
-        except GLib.Error:
-            pass  # gone while it was looked at
 
+    # All that have this name, role and state and are on the screen.
     def elements(self, name=".*", role=".*", state=SHOWING):
-        """All that have this name, role and state and are on the screen."""
-        wanted = 1 << SHOWING | 1 << state
-        there = (each for each in self._below(_ROOT) if each.states & wanted == wanted)
+        there = (each for each in self._below(self._desktop) if {SHOWING, state} <= each.states)
         return [each for each in there if re.fullmatch(role, each.role) and re.fullmatch(name, each.name, re.DOTALL)]
 
+    # The first of at least so many such elements, once they are there.
     def sees(self, name, role=".*", state=SHOWING, count=1, seconds=60):
-        """The first of at least so many such elements, once they are there."""
         def enough():
             assert self.process.poll() is None, f"the tool ended with {self.process.returncode}: {self.log()}"
             found = self.elements(name, role, state)
             return found if len(found) >= count else None
 
-        return until(enough, seconds, lambda: f"{count} {role} {name!r} among {[e[2:4] for e in self.elements()]}")[0]
+        return until(enough, seconds, lambda: f"{count} {role} {name!r} among {[e[1:3] for e in self.elements()]}")[0]
 
     def value(self, element):
-        return self._get(element[:2], "Value", "CurrentValue")
+        return element.node.get_current_value()
 
     # What the user does.
 
-    def act(self, element, action):
-        interface = "org.a11y.atspi.Action"
-        count = self._get(element[:2], "Action", "NActions")
-        names = [self._call(element[:2], interface, "GetName", GLib.Variant("(i)", (i,))) for i in range(count)]
-        self._call(element[:2], interface, "DoAction", GLib.Variant("(i)", (names.index(action),)))
-
+    # What pressing it with the mouse does is an element's first action.
     def press(self, name, role="push button"):
-        self.act(self.sees(name, role, ENABLED), "Press")
+        self.sees(name, role, ENABLED).node.do_action(0)
 
     def choose_file(self, title, path, button):
         self.sees(title, "dialog|file chooser")
-        field = self.sees("File name:", "text")
-        self._call(field[:2], "org.a11y.atspi.EditableText", "SetTextContents", GLib.Variant("(s)", (str(path),)))
+        self.sees("File name:", "text").node.set_text_contents(str(path))
         self.press(button)
 
+    # Answers a message box, which has to say this.
     def answer(self, title, text, button):
-        """Answers a message box, which has to say this."""
         self.sees(title, ".*alert.*|dialog")
         self.sees(text, "label")
         self.press(button)
         until(lambda: not self.elements(title, ".*alert.*|dialog"), 20, f"{title} closed")
 
+    # Opens a combo box and takes the entry below the current one.
     def select_next(self, box):
-        """Opens a combo box and takes the entry below the current one."""
-        self.act(box, "Press")
+        box.node.do_action(0)
         for key in ("Down", "Return"):
-            code = self._display.keysym_to_keycode(XK.string_to_keysym(key))
-            for kind in (X.KeyPress, X.KeyRelease):
-                xtest.fake_input(self._display, kind, code)
-        self._display.sync()
-
-
-def _connection(address):
-    flags = Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION
-    return Gio.DBusConnection.new_for_address_sync(address, flags, None, None)
+            Atspi.generate_keyboard_event(XK.string_to_keysym(key), "", Atspi.KeySynthType.SYM)

@@ -1,18 +1,34 @@
-// The user who answers file dialogs and message boxes in a test.
+// The user who presses buttons and answers file dialogs and message boxes in a test.
 #pragma once
 
-#include <QAbstractButton>
 #include <QApplication>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPointer>
+#include <QPushButton>
 #include <QStringList>
 #include <QTimer>
 
+#include <algorithm>
 #include <functional>
 #include <utility>
+
+/// The one with this text.
+inline QPushButton *button(const QWidget &page, const QString &text)
+{
+    const auto buttons = page.findChildren<QPushButton *>();
+    return *std::find_if(buttons.begin(), buttons.end(), [&](auto *each) { return each->text() == text; });
+}
+
+/// Types this name into an open file dialog and presses its button.
+inline void typeFile(QFileDialog *dialog, const QString &path)
+{
+    dialog->setDirectory(QFileInfo(path).path());
+    dialog->findChild<QLineEdit *>()->setText(QFileInfo(path).fileName());
+    static_cast<QDialog *>(dialog)->accept();
+}
 
 // Answers every file dialog with a file and closes every box, and remembers the boxes.
 class Answers : public QObject
@@ -43,11 +59,8 @@ private:
             return;
         else if (box)
             box->close();
-        else if (auto *chooser = qobject_cast<QFileDialog *>(dialog)) {
-            chooser->setDirectory(QFileInfo(file).path());
-            chooser->findChild<QLineEdit *>()->setText(QFileInfo(file).fileName());
-            QMetaObject::invokeMethod(chooser, "accept");
-        }
+        else if (auto *chooser = qobject_cast<QFileDialog *>(dialog))
+            typeFile(chooser, file);
         answered = nullptr;
     }
 

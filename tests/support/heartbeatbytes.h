@@ -5,22 +5,19 @@
 #include <QHostAddress>
 #include <QtEndian>
 
-inline QHostAddress at(const char *address)
-{
-    return QHostAddress(QLatin1String(address));
-}
+enum DeviceKind : quint8 { Screen = 0x00, Screen2 = 0x20, Eink = 0x50, Gyro = 0x72, N6 = 0xC6 };
 
 struct HeartbeatBytes {
-    quint8 kind = 0x00;
+    quint8 kind = Screen;
     QByteArray serial = "S1";
-    quint8 valid = 1;
+    quint8 serverFlag = 0; ///< the status of a gyro
+    QByteArray application = "2.1.0";
+    QByteArray system = "5.1.2-rt";
     QByteArray firmware = "1.4";
     double lux = 0.0;
     float volts = 12.0F;
     quint8 lsFlag = 0;
-    quint8 serverFlag = 0; ///< the status of a gyro
-    QByteArray system = "5.1.2-rt";
-    QByteArray application = "2.1.0";
+    quint8 valid = 1;
 
     QByteArray build() const
     {
@@ -38,23 +35,26 @@ struct HeartbeatBytes {
         return bytes;
     }
 
+    static QByteArray device(DeviceKind kind, const QByteArray &serial, bool isServer = false)
+    {
+        return HeartbeatBytes{kind, serial, quint8(isServer ? 1 : 0)}.build();
+    }
+
+    static QByteArray firstGeneration() { return device(Screen, "VK38").left(38); }
+
     /// An N6 writes its model and port modes over the light.
-    static QByteArray n6(const QByteArray &serial, int model = 1, int port1 = 0, int port2 = 0,
+    static QByteArray n6(const QByteArray &serial = "N6", int model = 1, int port1 = 0, int port2 = 0,
                          const QByteArray &application = "3.6")
     {
-        HeartbeatBytes parts{0xC6, serial};
-        parts.application = application;
-        QByteArray bytes = parts.build();
+        QByteArray bytes = HeartbeatBytes{N6, serial, 0, application}.build();
         bytes[29] = static_cast<char>(model);
         bytes[30] = static_cast<char>(port1);
         bytes[31] = static_cast<char>(port2);
         return bytes;
     }
-
-    static QByteArray screen(quint8 kind, const QByteArray &serial, bool server = false)
-    {
-        HeartbeatBytes parts{kind, serial};
-        parts.serverFlag = server ? 1 : 0;
-        return parts.build();
-    }
 };
+
+inline QHostAddress at(const char *address)
+{
+    return QHostAddress(QLatin1String(address));
+}

@@ -21,7 +21,7 @@ public:
         connect(dataServer, &QTcpServer::newConnection, this,
                 [this] { useData(dataServer->nextPendingConnection()); });
         listen(address, port);
-        dataServer->listen(QHostAddress::LocalHost);
+        dataServer->listen(address);
     }
 
     void reply(const QByteArray &bytes) const
@@ -33,11 +33,11 @@ public:
         }
     }
 
-    /// Closes the data connection; with reset, the client is cut off.
-    void endData(bool reset = false) const
+    /// Closes the data connection behind these bytes.
+    void endData(const QByteArray &bytes = {}) const
     {
-        if (data)
-            reset ? data->abort() : data->disconnectFromHost();
+        if (data && data->write(bytes) >= 0)
+            data->disconnectFromHost();
     }
 
     /// Connects to the client, at the address that PORT names.
@@ -49,6 +49,13 @@ public:
         socket->bind(QHostAddress(QLatin1String(from)));
         socket->connectToHost(QHostAddress::LocalHost,
                               static_cast<quint16>(fields.value(4).toInt() * 256 + fields.value(5).toInt()));
+    }
+
+    /// As PASV is told of a port that listens for data.
+    QByteArray passiveAddress(quint16 port) const
+    {
+        return dataServer->serverAddress().toString().toLatin1().replace('.', ',') + ',' +
+               QByteArray::number(port >> 8) + ',' + QByteArray::number(port & 255);
     }
 
     bool isStoring() const { return transfer == "STOR"; }
@@ -107,9 +114,9 @@ private:
             transfer = verb;
             transferIfReady();
         } else if (verb == "PASV") {
-            const quint16 port = dataServer->serverPort();
-            reply("227 Entering Passive Mode (127,0,0,1," + QByteArray::number(port >> 8) + ',' +
-                  QByteArray::number(port & 255) + ").\r\n");
+            reply("227 Entering Passive Mode (" + passiveAddress(dataServer->serverPort()) + ").\r\n");
+        } else if (verb == "EPSV") {
+            reply("229 Extended (|||" + QByteArray::number(dataServer->serverPort()) + "|)\r\n");
         } else if (verb == "SIZE") {
             reply("213 " + QByteArray::number(file.size()) + "\r\n");
         } else if (verb == "ABOR") {
@@ -117,7 +124,7 @@ private:
             transfer.clear();
             endData();
         } else if (verb == "QUIT") {
-            reply("221 Bye\r\n");
+            reply("221 Bye\r\n221-But");
             control->disconnectFromHost();
         } else {
             if (verb == "PORT")
@@ -131,7 +138,7 @@ private:
         data = socket;
         uploadedBytes = 0;
         connect(socket, &QTcpSocket::readyRead, this, [this, socket] {
-            uploadedBytes += socket->readAll().size();
+            uploadedBytes += socket->skip(socket->bytesAvailable());
             cutIfDue();
         });
         connect(socket, &QTcpSocket::connected, this, &ScriptedFtpServer::transferIfReady);
@@ -151,8 +158,8 @@ private:
 
     void cutIfDue() const
     {
-        if (cutAt && uploadedBytes >= *cutAt)
-            endData(cutsByReset);
+        if (cutAt && uploadedBytes >= *cutAt && data)
+            cutsByReset ? data->abort() : data->disconnectFromHost();
     }
 
     void transferIfReady()
@@ -160,12 +167,10 @@ private:
         if (transfer.isEmpty() || !data || data->state() != QAbstractSocket::ConnectedState)
             return;
         reply("150 Go\r\n");
-        if (onTheWay) {
+        if (onTheWay)
             onTheWay();
-        } else if (transfer != "STOR") {
-            data->write(transfer == "RETR" ? file : listing);
-            data->disconnectFromHost();
-        }
+        else if (transfer != "STOR")
+            endData(transfer == "RETR" ? file : listing);
     }
 
     // A child as all sockets are: these go when nothing is heard of them any more.

@@ -1,0 +1,124 @@
+# The boat as a host beside that of the tool, on a network that has none of the outside, and what can go wrong there.
+
+import collections
+import contextlib
+import fcntl
+import os
+import pathlib
+import random
+import re
+import select
+import struct
+import subprocess
+import threading
+import time
+import unittest
+
+PREFIX = os.environ.get("KELVORA_BOAT_PREFIX", "127.0.0.")
+SIMULATOR = pathlib.Path(__file__).parents[2] / "simulator"
+IS_ROOT = os.geteuid() == 0
+
+
+# The first true value of the condition, which has to come in time.
+def until(condition, seconds, what):
+    deadline = time.monotonic() + seconds
+    while not (value := condition()):
+        if time.monotonic() > deadline:
+            raise AssertionError(f"not within {seconds} s: {what() if callable(what) else what}")
+        time.sleep(0.1)
+    return value
+
+
+# A process that cannot outlive this one, however that ends.
+def start(*command, **options):
+    return subprocess.Popen(["setpriv", "--pdeathsig=TERM", "--", *map(str, command)], **options)
+
+
+def end(process):
+    process.terminate()
+    process.communicate(timeout=20)
+
+
+def tap(name):
+    device = os.open("/dev/net/tun", os.O_RDWR)
+    set_interface, tap_without_header = 0x400454CA, 0x1002
+    fcntl.ioctl(device, set_interface, struct.pack("16sH22x", name.encode(), tap_without_header))
+    return device
+
+
+# Passes on what each tap hears to the other one, with loss (0 to 1) and delay (seconds), until one of them is gone: not
+# every kernel can do that itself.
+def wire(taps, loss, delay):
+    dice, under_way = random.Random(1), collections.deque()
+    with contextlib.suppress(OSError):
+        while True:
+            wait = max(0.0, under_way[0][0] - time.monotonic()) if under_way else None
+            for heard in select.select(taps, [], [], wait)[0]:
+                frame = os.read(heard, 4096)
+                if dice.random() >= loss:
+                    under_way.append((time.monotonic() + delay, taps[heard == taps[0]], frame))
+            while under_way and under_way[0][0] <= time.monotonic():
+                _, other, frame = under_way.popleft()
+                with contextlib.suppress(OSError):  # the interface is down
+                    os.write(other, frame)
+
+
+# The tool's host is the caller's own network namespace; the boat's is another one, at the other end of a cable. Where
+# there are no namespaces, the boat has the caller's own addresses. Loss and delay meet what either sends.
+class Network:
+    def __init__(self, loss=0.0, delay=0.0):
+        self.has_plug = PREFIX != "127.0.0."
+        if (loss or delay) and not (self.has_plug and os.access("/dev/net/tun", os.W_OK)):
+            raise unittest.SkipTest("nothing between the hosts can be impaired here")
+        self.enter = []  # what stands before a command for the boat's host
+        if self.has_plug:
+            self._plug_in(loss, delay)
+
+    def _plug_in(self, loss, delay):
+        become_root = [] if IS_ROOT else ["--user", "--map-root-user"]
+        stay_oneself = [] if IS_ROOT else ["--user", "--preserve-credentials"]
+        self._boat = start("unshare", *become_root, "--net", "--", "cat", stdin=subprocess.PIPE)
+        proc = pathlib.Path(f"/proc/{self._boat.pid}")
+        # Without its users, which come a moment later, it would give no right to those who enter.
+        own = os.readlink("/proc/self/ns/net")
+        until(lambda: os.readlink(proc / "ns/net") != own and (proc / "uid_map").read_text(), 20, "a network namespace")
+        self.enter = ["nsenter", f"--target={self._boat.pid}", *stay_oneself, "--net"]
+        self._ip("link delete boat0")
+        if loss or delay:
+            threading.Thread(target=wire, args=([tap("boat0"), tap("sea")], loss, delay), daemon=True).start()
+        else:
+            self._ip("link add boat0 type veth peer name sea")
+        self._ip(f"link set sea netns {self._boat.pid}", f"addr add {PREFIX}1/24 dev boat0", "link set boat0 up")
+        addresses = [f"addr add {PREFIX}{host}/24 dev sea" for host in range(10, 100)]
+        self._ip("link set lo up", *addresses, "link set sea up", enter=self.enter)
+
+    @staticmethod
+    def _ip(*lines, enter=()):
+        subprocess.run([*enter, "ip", "-batch", "-"], input="\n".join(lines), text=True, check=True)
+
+    def close(self):
+        if self.has_plug:
+            end(self._boat)
+
+    # Pulls the plug ("down") or puts it back ("up"). Only where there is one.
+    def plug(self, state):
+        self._ip(f"link set sea {state}", enter=self.enter)
+
+
+# A simulated boat, once it is ready; what it sees goes to the log.
+class Boat:
+    def __init__(self, log, enter, *options):
+        self._log = log
+        with open(log, "w", encoding="utf-8") as output:
+            self._process = start(*enter, SIMULATOR / "boatsim", *options, stdout=output, stderr=output)
+        self.saw("boat ready")
+
+    def count(self, pattern):
+        return len(re.findall(pattern, self._log.read_text()))
+
+    # Waits for the pattern in the simulator's log.
+    def saw(self, pattern, seconds=60):
+        until(lambda: self.count(pattern), seconds, lambda: f"{pattern} in {self._log.read_text()}")
+
+    def stop(self):
+        end(self._process)
