@@ -5,6 +5,7 @@
 #include "ftp/sessionevents.h"
 #include "ftp/uploadpump.h"
 
+#include <QOperatingSystemVersion>
 #include <QTcpSocket>
 
 #include <algorithm>
@@ -116,10 +117,12 @@ void QFtpDTP::connectToHost(const QString &host, quint16 port)
     useSocket(new QTcpSocket(this), QStringLiteral("QFtpDTP Passive state socket"));
     connection = Connection::Connecting;
     copyNetworkSession(this, socket.get());
-    // For an upload saves the socket's own copy of each block.
-    const QIODevice::OpenMode unbuffered =
-        kind == Transfer::Upload ? QIODevice::Unbuffered : QIODevice::NotOpen;
-    socket->connectToHost(host, port, QIODevice::ReadWrite | unbuffered);
+    // For an upload saves the socket's own copy of each block. On Windows the event loop turns for ever, and
+    // does nothing else, once the other side of such a socket has closed.
+    const bool savesCopies = kind == Transfer::Upload &&
+                             QOperatingSystemVersion::currentType() != QOperatingSystemVersion::Windows;
+    socket->connectToHost(host, port,
+                          QIODevice::ReadWrite | (savesCopies ? QIODevice::Unbuffered : QIODevice::NotOpen));
 }
 
 int QFtpDTP::setupListener(const QHostAddress &address, const QHostAddress &server)

@@ -37,9 +37,10 @@ QFileDialog *newDialog(QWidget *page, const QString &title, QFileDialog::AcceptM
 void restoreMemory(QFileDialog *dialog, const QString &defaultFolder)
 {
     dialog->setDirectory(QString());
-    dialog->restoreState(QSettings().value(stateKey()).toByteArray());
-    if (dialog->directory() == QDir::current())
-        dialog->setDirectory(defaultFolder);
+    const bool remembers = dialog->restoreState(QSettings().value(stateKey()).toByteArray());
+    // Not every system's own dialog tells its folder before it is shown.
+    if (!remembers || dialog->directory() == QDir::current())
+        dialog->setDirectory(QDir(defaultFolder));
 }
 
 void saveMemory(const QFileDialog *dialog)

@@ -39,7 +39,11 @@ archivefile::Placing::Progress archivefile::Placing::goOn()
     if (end.isMissing())
         return Progress::Unfinished;
     // Waits for the disk: the name must not outlive a power cut that the bytes do not.
-    return target.commit() ? Progress::Placed : Progress::Unreadable;
+    if (target.commit())
+        return Progress::Placed;
+    // Windows replaces no file that another program has open.
+    reason = target.errorString();
+    return target.error() == QFileDevice::RenameError ? Progress::NoPlace : Progress::Unreadable;
 }
 
 bool archivefile::Placing::open()

@@ -5,6 +5,7 @@
 #include "settings/controlrelay.h"
 
 #include <QDebug>
+#include <QDir>
 #include <QFile>
 #include <QNetworkAccessManager>
 #include <QNetworkRequest>
@@ -21,6 +22,11 @@ constexpr qint64 longestArchiveBytes = Q_INT64_C(1) << 30;
 
 // An archive that the N6 has not finished writing is as good as none.
 constexpr auto notReady = QNetworkReply::ContentNotFoundError;
+
+QString fileAndReason(const QString &fileName, const QString &reason)
+{
+    return QDir::toNativeSeparators(fileName) + QLatin1Char('\n') + reason;
+}
 
 } // namespace
 
@@ -138,8 +144,7 @@ void ArchiveTransfer::attempt()
     setState(State::Fetching);
     currentFile = std::make_unique<QFile>(archivefile::partName(fileName));
     if (!currentFile->open(QIODevice::WriteOnly | QIODevice::Truncate)) {
-        const QString detail = currentFile->fileName() + QLatin1Char('\n') + currentFile->errorString();
-        end(Outcome::NoPartFile, detail);
+        end(Outcome::NoPartFile, fileAndReason(currentFile->fileName(), currentFile->errorString()));
         return;
     }
     currentReply = network->get(request());
@@ -253,7 +258,7 @@ void ArchiveTransfer::goOnPlacing()
         QTimer::singleShot(0, this, &ArchiveTransfer::goOnPlacing);
         return;
     }
-    const QString detail = placing->name() + QLatin1Char('\n') + placing->why();
+    const QString detail = fileAndReason(placing->name(), placing->why());
     // Lets go of the part file: not every system removes a file that is open.
     placing.reset();
     if (progress == Progress::Placed || progress == Progress::NoPlace) {

@@ -85,13 +85,13 @@ all_found() {
     local line
     is_running "$tool_process" || return 0
     for line in "${!expected[@]}"; do
-        (($(grep -c "^$line" "$tool_log") >= ${expected[$line]})) || return 1
+        (($(grep -c "$line" "$tool_log") >= ${expected[$line]})) || return 1
     done
 }
 
 missing_devices() {
     local line
     for line in "${!expected[@]}"; do
-        echo "$line: $(grep -c "^$line" "$tool_log") of ${expected[$line]}"
+        echo "$line: $(grep -c "$line" "$tool_log") of ${expected[$line]}"
     done
 }

@@ -18,6 +18,10 @@ readonly analysis_packages=(clang clang-tidy clazy cppcheck)
 readonly coverage_packages=(gcovr)
 readonly style_packages=(clang-format shellcheck flake8)
 readonly package_packages=(dpkg-dev fakeroot lintian)
+# The cross compiler, what the toolkit's own build wants, and what makes an installer.
+readonly windows_packages=(g++-mingw-w64-x86-64-posix libz-mingw-w64-dev dpkg-dev make perl python3 nsis)
+# To run the result. Without fonts Wine would show none.
+readonly wine_packages=(wine wine64 fonts-dejavu-core xvfb xdotool imagemagick)
 # The latter for users who are not root.
 readonly bare_system_packages=(mmdebstrap uidmap)
 
