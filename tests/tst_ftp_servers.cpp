@@ -7,6 +7,7 @@
 #include <QBuffer>
 #include <QProcess>
 #include <QRandomGenerator>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -105,33 +106,30 @@ private:
     // Says what the server answers to it.
     static void abortUpload(FtpSession *session)
     {
-        QString answer;
-        const QObject here;
-        connect(session->ftp->findChild<QFtpPI *>(), &QFtpPI::rawFtpReply, &here,
-                [&](int code, const QString &text) { answer = "%1 %2"_s.arg(code).arg(text); });
-        session->step = [session](const QByteArray &) {
-            if (session->progress.second == largeBytes && session->progress.first > largeBytes / 8)
+        QSignalSpy replies(session->ftp->findChild<QFtpPI *>(), &QFtpPI::rawFtpReply);
+        session->step = [=](const QByteArray &) {
+            if (session->progress.first > largeBytes / 8)
                 session->ftp->abort();
         };
         QVERIFY2(waitUntil([&] { return session->isDone(); }), qPrintable(session->outcome()));
-        QCOMPARE(session->log.last(), "done 1"_s);
-        qInfo("abort | %s | %s", QTest::currentDataTag(), qPrintable(answer));
+        QVERIFY(session->log.takeLast() != "done well"_s);
+        qInfo("abort | %s | %d %s", QTest::currentDataTag(), replies.last().at(0).toInt(),
+              qPrintable(replies.last().at(1).toString()));
         session->step = [](const QByteArray &) {};
-        session->log.clear();
     }
 
     static void transferAfterwards(FtpSession *session, const QString &uploaded)
     {
         QByteArray bytes(5000001, Qt::Uninitialized);
         QRandomGenerator(1).generate(bytes.begin(), bytes.end());
-        QBuffer source(&bytes), sink;
+        QBuffer sink;
         QVERIFY(sink.open(QIODevice::WriteOnly));
-        session->ftp->put(&source, "image"_s);
+        session->ftp->put(bytes, "image"_s);
         session->ftp->list();
         session->ftp->get("image"_s, &sink);
         session->ftp->close();
         QVERIFY(waitUntil([&] { return session->isDone(); }));
-        QVERIFY2(session->log.contains("done 0"_s), qPrintable(session->ftp->errorString()));
+        QVERIFY2(session->log.contains("done well"_s), qPrintable(session->ftp->errorString()));
         QVERIFY(session->log.contains("list image"_s));
         QVERIFY(contents(uploaded) == bytes);
         QVERIFY(sink.data() == bytes);
