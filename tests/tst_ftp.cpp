@@ -6,7 +6,6 @@
 #include "tests/support/memory.h"
 #include "tests/support/rows.h"
 
-#include <QBuffer>
 #include <QElapsedTimer>
 #include <QRegularExpression>
 #include <QTest>
@@ -30,15 +29,16 @@ const QByteArray get = "TYPE I|SIZE f|PASV|RETR f", put = "TYPE I|PASV|ALLO 3|ST
                  putFailed = "failed 1, done Uploading file failed:\n",
                  listFailed = "done Listing directory failed:\n",
                  notFound = "done Connecting to host failed:\n",
+                 noHost = "state 0, state 1, state 2, state 0, failed 1, " + notFound,
+                 aborted = ofLarge + putFailed + "Aborted",
+                 abortLarge = "no-last-word abort-midway put-large",
                  cutShort = "The data connection ended before all of the file ",
                  putCut = putFailed + cutShort + "was sent", getCut = getFailed + cutShort + "had arrived",
                  noData = "Connection refused for data connection",
-                 unreadable = "The file to upload cannot be read",
-                 unwilling = "state 1, state 2, state 3, state 0, failed -1, " + notFound +
-                             "Connection refused to host 127.0.0.1";
+                 unreadable = "The file to upload cannot be read";
 
-const QRegularExpression
-    loggedIn("^((state 0, )?state 1, state 2, state 3, finished -1, )?(state 4, finished 0, )?"_s),
+const QRegularExpression usual(
+    "^((state 0, )?state 1, state 2, state 3, finished -1, )?(state 4, finished 0, )?|(, )?done well"_s),
     logInAndPorts("USER kwz\\|PASS secret\\|?| 127,0,0,1,\\d+,\\d+(?=\\||$)| \\|2\\|::1\\|\\d+\\|"_s);
 
 QString described(const QUrlInfo &info)
@@ -64,101 +64,82 @@ private slots:
         addRows<Dialogue>({
             {"commands without a transfer", "cd mkdir rmdir rename remove",
              "CWD update|MKD \xfc|RMD a %1|RNFR b|RNTO c|DELE d",
-             "finished 1, finished 2, finished 3, finished 4, finished 5, done well"},
+             "finished 1, finished 2, finished 3, finished 4, finished 5"},
             {"nothing can follow a close", "close cd", "QUIT",
              "state 5, state 0, finished 1, failed 2, done Changing directory failed:\nNot connected"},
             {"the server calls the folder superfluous", "rmdir cd", "RMD a %1",
-             "failed 1, done Removing directory failed:\nSo what", "RMD 202 So what\r\n"},
-            {"the server refuses the password", "", "", "failed 0, done Login failed:\nNo",
-             "PASS 530 No\r\n"},
-            {"the server needs no password", "raw", "USER kwz|SITE x", "raw Fine200, finished 1, done well",
-             "USER 230 Hello\r\n"},
+             "failed 1, done Removing directory failed:\nSo what", "RMD 202 So what"},
+            {"the server refuses the password", "", "", "failed 0, done Login failed:\nNo", "PASS 530 No"},
+            {"no password is needed", "raw", "USER kwz|SITE x", "raw Fine200, finished 1", "USER 230 Hello"},
             {"the server answers at length, with lines that are no replies in between", "raw", "SITE x",
-             "raw (127,0,0,1,0,1)\r\n226 x\r\n22\r\ny\r\nz227, finished 1, done well",
+             "raw (127,0,0,1,0,1)\r\n226 x\r\n22\r\ny\r\nz227, finished 1",
              "SITE 099 a\r\n600 a\r\n160 a\r\n1/0 a\r\n10: a\r\n10\r\n227-(127,0,0,1,0,1)\r\n226 x\r\n22\r\n"
-             "227-y\r\n227 z\r\n"},
+             "227-y\r\n227 z"},
             {"through a proxy and then without", "proxy connect-boat guest no-proxy",
              "USER anonymous@boat.invalid:2121|PASS anonymous@",
-             "finished 1, state 0, state 1, state 2, state 3, finished 2, state 4, finished 3, finished 4, "
-             "done well"},
+             "finished 1, state 0, state 1, state 2, state 3, finished 2, state 4, finished 3, finished 4"},
             // Transfers that go well.
-            {"an empty text", "put-empty", "TYPE A|PASV|ALLO 0|STOR f", "of 0, of 0, finished 1, done well"},
-            {"the server refuses the size", "get", get, "of 0, ready 5, finished 1, done well",
-             "SIZE 550 No\r\n"},
+            {"an empty text", "put-empty", "TYPE A|PASV|ALLO 0|STOR f", "of 0, of 0, finished 1"},
+            {"the server refuses the size", "get", get, "of 0, ready 5, finished 1", "SIZE 550 No"},
             {"the server answers without a size", "put get", put + '|' + get,
-             "of 3, finished 1, ready 5, finished 2, done well", "SIZE 200 Fine\r\n"},
-            {"the server names a negative size", "get", get, "of 0, ready 5, finished 1, done well",
-             "SIZE 213 -7\r\n"},
-            {"the server need not make room", "put", put, "of 3, finished 1, done well", "ALLO 502 No\r\n"},
-            {"more than 4 GiB", "put-huge", "TYPE I|PASV|ALLO 4294967301|STOR f",
-             "of 4294967301, finished 1, done well"},
-            {"a stream that pauses, and a late last word", "late-last-word cut put-stream",
-             "TYPE I|PASV|STOR f", "of 0, finished 1, done well"},
-            {"the last word comes before most of the data", "dripping get", get,
-             "of 5, ready 5, ready 6, finished 1, done well"},
+             "of 3, finished 1, ready 5, finished 2", "SIZE 200 Fine"},
+            {"the server names a negative size", "get", get, "of 0, ready 5, finished 1", "SIZE 213 -7"},
+            {"the server need not make room", "put", put, "of 3, finished 1", "ALLO 502 No"},
+            {"over 4 GiB", "put-huge", "TYPE I|PASV|ALLO 4294967301|STOR f", "of 4294967301, finished 1"},
+            {"a stream that pauses", "late-last-word cut put-stream", "TYPE I|PASV|STOR f",
+             "of 0, finished 1"},
+            {"an early last word", "dripping get", get, "of 5, ready 5, ready 6, finished 1"},
             {"the last word comes before the connection", "late-connection active get",
-             "TYPE I|SIZE f|PORT|RETR f", "finished 1, of 5, ready 5, finished 2, done well",
-             "PORT 200 Fine\r\n"},
-            {"the server connects", "active put", "TYPE I|PORT|ALLO 3|STOR f",
-             "finished 1, of 3, finished 2, done well"},
+             "TYPE I|SIZE f|PORT|RETR f", "finished 1, of 5, ready 5, finished 2", "PORT 200 Fine"},
+            {"active mode", "active put", "TYPE I|PORT|ALLO 3|STOR f", "finished 1, of 3, finished 2"},
             {"a stranger connects before the server", "stranger active list", "TYPE A|PORT|LIST update",
-             "finished 1, list x, finished 2, done well"},
-            {"IPv6", "list", "TYPE A|EPSV|LIST update", "list x, finished 1, done well", {}, true},
+             "finished 1, list x, finished 2"},
+            {"IPv6", "list", "TYPE A|EPSV|LIST update", "list x, finished 1", {}, true},
             // Transfers that do not.
             {"IPv6 with a server that knows only PASV", "list", "TYPE A|EPSV|PASV",
-             "failed 1, " + listFailed + noData, "EPSV 500 What?\r\n|PASV 227 (127,0,0,1,0,1)\r\n", true},
+             "failed 1, " + listFailed + noData, "EPSV 500 What?|PASV 227 (127,0,0,1,0,1)", true},
             {"IPv6 with a server that knows only PORT", "active list", "TYPE A|EPRT",
-             "finished 1, failed 2, " + listFailed + noData, "EPRT 500 What?\r\n", true},
+             "finished 1, failed 2, " + listFailed + noData, "EPRT 500 What?", true},
             {"the folder is missing", "no-folder list", "TYPE A|PASV|LIST update",
              "failed 1, " + listFailed + "x: No such file or directory\r\n"},
-            {"the file is shorter than its size", "get", get, "of 5000000000, ready 5, " + getCut,
-             "SIZE 213 5000000000\r\n"},
-            {"the file is shorter, and no last word comes", "no-last-word get", get,
-             "of 5000000000, ready 5, " + getCut, "SIZE 213 5000000000\r\n"},
+            {"the file is too short", "get", get, "of 5000000000, ready 5, " + getCut, "SIZE 213 5000000000"},
             {"the disk is full", "get-full-disk", get + "|ABOR", "of 5, " + getFailed + "Disk full"},
-            {"the sink vanishes", "sink-gone get-full-disk", get + "|ABOR",
+            {"the sink vanishes", "sink-gone get-file", get + "|ABOR",
              "of 5, " + getFailed + "The file to download into is gone"},
             {"there is no source", "put-closed", "", putFailed + "No such file or directory"},
             {"the source shrinks", "source-shrinks put-large", putEnded, ofLarge + putFailed + unreadable},
             {"the source fails", "source-fails put-large", putEnded, ofLarge + putFailed + unreadable},
             {"the source vanishes", "source-gone put-large", putEnded, ofLarge + putFailed + unreadable},
             {"an upload is cut off", "cut put-large", putLarge, ofLarge + putCut},
-            {"an upload is called done and cut off", "no-last-word cut-called-done put-large", putLarge,
-             ofLarge + putCut},
-            {"an upload is cut off before it began", "cut-at-once put", put, "of 3, " + putCut,
-             "STOR 150 Go\r\n226 Done\r\n"},
-            {"the connection of an upload is reset", "no-last-word reset put-large", putLarge,
-             ofLarge + putCut},
+            {"an upload is called done early", "no-last-word cut-done put-large", putLarge, ofLarge + putCut},
+            {"an upload is cut at once", "cut-at-once put", put, "of 3, " + putCut,
+             "STOR 150 Go\r\n226 Done"},
+            {"an upload is reset", "no-last-word reset put-large", putLarge, ofLarge + putCut},
             {"the server names no port", "put", put, "of 3, " + putCut,
-             "PASV 227 Nowhere\r\n|STOR 150 Go\r\n226 Done\r\n"},
-            {"the server names a port instead of taking the data", "put", put, "of 3, " + putCut,
-             "STOR 227 (127,0,0,1,0,1)\r\n"},
-            {"the server's port is closed", "put", "TYPE I|PASV", "of 3, " + putFailed + noData,
-             "PASV 227 (127,0,0,1,0,1)\r\n"},
+             "PASV 227 Nowhere|STOR 150 Go\r\n226 Done"},
+            {"a port instead of a go-ahead", "put", put, "of 3, " + putCut, "STOR 227 (127,0,0,1,0,1)"},
             {"the server's port is deaf", "deaf-port put", "TYPE I|PASV", "of 3, " + putFailed + noData},
             {"the server never connects", "active list", "TYPE A|PORT|LIST update",
-             "finished 1, failed 2, " + listFailed + noData, "PORT 200 Fine\r\n|LIST 150 Go\r\n"},
+             "finished 1, failed 2, " + listFailed + noData, "PORT 200 Fine|LIST 150 Go"},
             {"the data has no end", "endless get", get,
              "of 5, ready 5, " + getFailed + "The data connection timed out"},
             {"the data has no end, and the server hangs up", "endless-lost get", get,
              "of 5, ready 5, state 0, " + getFailed + "Aborted"},
             // Aborts.
-            {"a log-in is aborted too late", "abort-at-password", "ABOR", "done well"},
-            {"an upload is aborted", "no-last-word abort-midway put-large", putEnded,
-             ofLarge + putFailed + "Cut off", "ABOR 426 Cut off\r\n226 Aborted\r\n"},
-            {"an upload is aborted and called done", "no-last-word abort-midway put-large", putEnded,
-             ofLarge + putFailed + "Aborted", "ABOR 226 Done\r\n225 Nothing\r\n"},
-            {"no last word on an abort", "no-last-word abort-midway put-large", putEnded,
-             ofLarge + putFailed + "Aborted", "ABOR 150 Later\r\n"},
+            {"a log-in is aborted too late", "abort-at-password", "ABOR", ""},
+            {"an upload is aborted", abortLarge, putEnded, ofLarge + putFailed + "Cut off",
+             "ABOR 426 Cut off\r\n226 Aborted"},
+            {"an aborted upload is called done", abortLarge, putEnded, aborted,
+             "ABOR 226 Done\r\n225 Nothing"},
+            {"an abort has no last word", abortLarge, putEnded, aborted, "ABOR 150 Later"},
             // No connection.
-            {"the server has too many clients", "cd", "", unwilling, " 421 Too many\r\n220 Ready\r\n"},
-            {"the server hangs up at once", "hang-up cd", "", unwilling},
-            {"the host has no server", "connect-closed", "",
-             "state 0, state 1, state 2, state 0, failed 1, " + notFound +
-                 "Connection refused to host 127.0.0.1"},
-            {"the host is on no network", "connect-nowhere", "",
-             "state 0, state 1, state 2, state 0, failed 1, " + notFound +
-                 "Connection timed out to host 255.255.255.255"},
+            {"the server has too many clients", "cd", "",
+             "state 1, state 2, state 3, state 0, failed -1, " + notFound +
+                 "Connection refused to host 127.0.0.1",
+             " 421 Too many\r\n220 Ready"},
+            {"the host has no server", "connect-closed", "", noHost + "Connection refused to host 127.0.0.1"},
+            {"the host is nowhere", "connect-nowhere", "",
+             noHost + "Connection timed out to host 255.255.255.255"},
             {"the host is unknown", "connect-boat", "",
              "state 0, state 1, state 0, failed 1, " + notFound + "Host boat.invalid not found"},
         });
@@ -184,7 +165,7 @@ private slots:
                      qPrintable(session.outcome()));
             const QString lines = QString::fromLatin1(session.server.lines.join('|'));
             QCOMPARE(QString(lines).remove(logInAndPorts), QString::fromLatin1(row.lines));
-            QCOMPARE(session.outcome().remove(loggedIn), QString::fromLatin1(row.log));
+            QCOMPARE(session.outcome().remove(usual), QString::fromLatin1(row.log));
         }
     }
 
@@ -207,10 +188,7 @@ private slots:
         FtpSession session;
         session.ftp->setProperty("_q_networksession", 7);
         session.server.file.fill('a', 20000000);
-        session.queue("connect login");
-        QBuffer sink;
-        QVERIFY(sink.open(QIODevice::WriteOnly));
-        session.ftp->get("f"_s, &sink);
+        session.queue("connect login get-file");
         session.step = [&](const QByteArray &signal) {
             if (signal != "progress")
                 return;
@@ -222,7 +200,7 @@ private slots:
             }
             delete session.ftp;
         };
-        QTRY_VERIFY(session.ftp.isNull());
+        QVERIFY(waitUntil([&] { return session.ftp.isNull(); }));
     }
 
     void readsWhereTheServerListens()
@@ -251,15 +229,10 @@ private slots:
                  {"lrwxrwxrwx 1 a b 7 Apr  4  2000 a -> b"_s, "a 777 a b 7 2000-04-04T00:00:00 dlrwx"_s},
                  {"drwxr-xr-x 3 root staff 4096 Apr 14  2000 a -> b"_s,
                   "a -> b 755 root staff 4096 2000-04-14T00:00:00 drwx"_s},
-                 {"-r--r----- 1 a b 5000000000 Mar  2 10:15 x y"_s,
-                  "x y 440 a b 5000000000 2024-03-02T10:15:00 fr"_s},
-                 {"---x--x--x 1 a b 1 Mar  2 12:00 in a day"_s,
-                  "in a day 111 a b 1 2024-03-02T12:00:00 fx"_s},
-                 {"--w-----w- 1 a b 1 Mar  2 12:01 next day"_s,
-                  "next day 202 a b 1 2023-03-02T12:01:00 fw"_s},
-                 {"-rw------- 1 a b 1 may 14 10:15 last year"_s,
-                  "last year 600 a b 1 2023-05-14T10:15:00 frw"_s},
-                 {"-rw------- 1 a b 1 Feb 29 10:15 leap"_s, "leap 600 a b 1 2024-02-29T10:15:00 frw"_s},
+                 {"---x--x--x 1 a b 5000000000 Mar  2 12:00 x y"_s,
+                  "x y 111 a b 5000000000 2024-03-02T12:00:00 fx"_s},
+                 {"--w-----w- 1 a b 1 mar  2 12:01 old"_s, "old 202 a b 1 2023-03-02T12:01:00 fw"_s},
+                 {"-r--r----- 1 a b 1 Feb 29 10:15 leap"_s, "leap 440 a b 1 2024-02-29T10:15:00 fr"_s},
                  {"-rw------- 1 a b 1 Mrz 02 10:15 no month"_s, "no month 600 a b 1  frw"_s},
                  {"-rw------- 1 a b 1 Apr  4 2000 early"_s, "early 600 a b 1 2000-04-04T00:00:00 frw"_s},
                  {"-rw------- 1 a b 1 Apr 14 2000   x \n"_s, "x  600 a b 1 2000-04-14T00:00:00 frw"_s},

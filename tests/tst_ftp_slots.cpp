@@ -96,7 +96,7 @@ private slots:
         QTest::addColumn<QByteArray>("words");
         for (const char *const words :
              {"list get put raw close", "active list get put raw close", "put-file", "put-empty",
-              "cut put-stream", "source-gone put-large", "get-full-disk", "sink-gone get-full-disk",
+              "cut put-stream", "source-gone put-large", "get-full-disk", "sink-gone get-file",
               "proxy connect-boat guest no-proxy", "cd remove put-closed"})
             QTest::newRow(words) << QByteArray(words);
     }
@@ -115,7 +115,7 @@ private slots:
                          qPrintable(session.outcome()));
                 // To a server the end of the data is the end of the file.
                 const bool isWhole = session.server.uploadedBytes == session.server.file.size();
-                QVERIFY(isWhole || !session.endsBeforeAbort);
+                QVERIFY(isWhole || !session.endsBeforeAbort || words.startsWith("cut "));
                 QVERIFY(isWhole || words != "put-file" || !session.log.contains("finished 1"_s));
                 if (actions == QByteArray("loop"))
                     QCOMPARE(session.outcome(), undisturbed.outcome());
@@ -127,7 +127,7 @@ private slots:
     void farewellsAreShort()
     {
         for (const auto &[answer, least, most] : QVector<std::tuple<QByteArray, int, int>>{
-                 {"ABOR 150 Later\r\n", 500, 2500}, {"ABOR 426 Cut off\r\n", 0, 400}}) {
+                 {"ABOR 150 Later", 500, 2500}, {"ABOR 426 Cut off", 0, 400}}) {
             FtpSession session(answer);
             session.queue("connect login put-large");
             QVERIFY(waitUntil([&] { return session.server.uploadedBytes > 0; }));
