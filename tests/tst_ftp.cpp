@@ -39,13 +39,13 @@ const QByteArray get = "TYPE I|SIZE f|PASV|RETR f", put = "TYPE I|PASV|ALLO 3|ST
 
 const QRegularExpression usual(
     "^((state 0, )?state 1, state 2, state 3, finished -1, )?(state 4, finished 0, )?|(, )?done well"_s),
-    logInAndPorts("USER kwz\\|PASS secret\\|?| 127,0,0,1,\\d+,\\d+(?=\\||$)| \\|2\\|::1\\|\\d+\\|"_s);
+    logInAndPorts(R"(USER kwz\|PASS secret\|?| 127,0,0,1,\d+,\d+(?=\||$)| \|2\|::1\|\d+\|)"_s);
 
 QString described(const QUrlInfo &info)
 {
-    const QString letters = "d"_s.repeated(info.isDir()) + "f"_s.repeated(info.isFile()) +
-                            "l"_s.repeated(info.isSymLink()) + "r"_s.repeated(info.isReadable()) +
-                            "w"_s.repeated(info.isWritable()) + "x"_s.repeated(info.isExecutable());
+    const QString letters = "d"_s.repeated(int(info.isDir())) + "f"_s.repeated(int(info.isFile())) +
+                            "l"_s.repeated(int(info.isSymLink())) + "r"_s.repeated(int(info.isReadable())) +
+                            "w"_s.repeated(int(info.isWritable())) + "x"_s.repeated(int(info.isExecutable()));
     return "%1 %2 %3 %4 %5 %6 %7"_s.arg(info.name(), QString::number(info.permissions(), 8), info.owner(),
                                         info.group(), QString::number(info.size()),
                                         info.lastModified().toString(Qt::ISODate), letters);
