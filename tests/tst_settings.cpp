@@ -1,3 +1,4 @@
+// clazy:excludeall=non-pod-global-static
 // The settings page against an N6 that the test plays, over real FTP and UDP.
 
 #include "discovery/protocol.h"
@@ -94,8 +95,7 @@ const Play confirmLate = [](PlayedN6 &n6) { n6.confirmAfterMs = longerMs; };
 const Play hangUpAtOnce = [](PlayedN6 &n6) {
     n6.takeOver = [&](auto) { return n6.reply("421 Busy\r\n"), n6.control->disconnectFromHost(), true; };
 };
-// In the middle of a transfer; the silent one neither reads nor writes any more.
-const Play hangUp = [](PlayedN6 &n6) { n6.onTheWay = [&] { n6.control->abort(); }; };
+// In the middle of a transfer it neither reads nor writes any more.
 const Play fallSilent = [](PlayedN6 &n6) {
     n6.onTheWay = [&] { n6.data->disconnect(), n6.data->setReadBufferSize(1); };
 };
@@ -378,7 +378,7 @@ private:
             checkReadable(shown);
             if (row.when == Asked && !hasHappened)
                 happens();
-            return !page;
+            return page.isNull();
         };
         if (row.when == Copied)
             connect(commands.data(), &QUdpSocket::readyRead, &n6, happens);
@@ -436,6 +436,11 @@ private:
         return each.join(QLatin1Char(' '));
     }
 
+    // The N6 hangs up in the middle of a transfer. That is told, not waited for.
+    const Play hangUp = [this](PlayedN6 &n6) {
+        page->findChild<ArchiveTransfer *>()->setPatience({100000, 100000});
+        n6.onTheWay = [&] { n6.control->abort(); };
+    };
     // What befalls a transfer.
     const std::function<void()> gone = [this] { delete page; }, another = [this] { hear(otherHost, "N6-2"); };
 

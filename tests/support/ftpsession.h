@@ -61,7 +61,8 @@ public:
     explicit FtpSession(const QByteArray &answers = {}, const QHostAddress &host = QHostAddress::LocalHost)
         : server(host)
     {
-        for (const QByteArray &answer : answers.split('|'))
+        const QByteArrayList each = answers.split('|');
+        for (const QByteArray &answer : each)
             if (const int verbEnd = answer.indexOf(' '); verbEnd >= 0)
                 server.answers[answer.left(verbEnd)] = answer.mid(verbEnd + 1) + "\r\n";
         // Without a context object: signals out of a destructor would be heard as well.
@@ -95,9 +96,12 @@ public:
     /// Queues the commands that these words stand for, and prepares the trouble.
     void queue(const QByteArray &words)
     {
-        for (const QByteArray &word : words.split(' '))
-            for (const Meanings &some : {commands(), transfers(), troubles()})
-                some.value(word, [] {})();
+        Meanings meanings = commands();
+        meanings.insert(transfers());
+        meanings.insert(troubles());
+        const QByteArrayList each = words.trimmed().split(' ');
+        for (const QByteArray &word : each)
+            meanings.value(word)();
     }
 
     /// All signals; the last one says how it ended.
@@ -154,7 +158,7 @@ private:
     Meanings troubles()
     {
         const auto source = [this] { return qobject_cast<QFile *>(ftp ? ftp->currentDevice() : nullptr); };
-        return {{"no-folder", [this] { server.listing = "x: No such file or directory\r\n"; }},
+        return {{"no-folder", [this] { server.listing = "x: No such file or directory\r\nhalf"; }},
                 {"no-last-word", [this] { server.confirmAfterMs = -1; }},
                 {"late-last-word", [this] { server.confirmAfterMs = 6000; }},
                 {"abort-at-password", [this] { before("PASS", [this] { ftp->abort(); }); }},
@@ -169,6 +173,7 @@ private:
                          server.endData("12345");
                      };
                  }},
+                {"source-gone-early", [=] { before("PASV", [=] { delete source(); }); }},
                 {"source-gone", [=] { midway([=] { delete source(); }); }},
                 {"source-shrinks", [=] { midway([=] { source()->resize(0); }); }},
                 {"source-fails", [=] { midway([=] { source()->close(); }); }},
