@@ -114,7 +114,7 @@ private:
                 {"list", [this] { ftp->list("update"_s); }},
                 {"get", [this] { ftp->get("f"_s); }},
                 {"get-file", [this] { ftp->get("f"_s, fileOf(0)); }},
-                {"get-full-disk", [this] { ftp->get("f"_s, fullDisk()); }},
+                {"get-full-disk", [this] { ftp->get("f"_s, opened(new QFile("/dev/full"_s, ftp), 0)); }},
                 {"put", [this] { ftp->put("abc", "f"_s); }},
                 {"put-empty", [this] { ftp->put(QByteArray(), "f"_s, QFtp::Ascii); }},
                 {"put-closed", [this] { ftp->put(new QFile("/missing"_s, ftp), "f"_s); }},
@@ -175,19 +175,14 @@ private:
         };
     }
 
-    QFile *fileOf(qint64 bytes)
-    {
-        auto *const made = new QTemporaryFile(ftp);
-        made->open();
-        made->resize(bytes);
-        return file = made;
-    }
+    QFile *fileOf(qint64 bytes) { return opened(new QTemporaryFile(ftp), bytes); }
 
-    QIODevice *fullDisk() const
+    QFile *opened(QFile *sourceOrSink, qint64 bytes)
     {
-        auto *const disk = new QFile("/dev/full"_s, ftp);
-        disk->open(QIODevice::WriteOnly | QIODevice::Unbuffered);
-        return disk;
+        file = sourceOrSink;
+        file->open(QIODevice::ReadWrite | QIODevice::Unbuffered);
+        file->resize(bytes);
+        return file;
     }
 
     QIODevice *pausingStream() const

@@ -21,17 +21,14 @@ public:
                 [this] { useData(dataServer->nextPendingConnection()); });
         listen(address, port);
         dataServer->listen(address);
+        answers["PASV"] = "227 Passive (" + passiveAddress(dataServer->serverPort()) + ")\r\n";
+        answers["EPSV"] = "229 Extended (|||" + QByteArray::number(dataServer->serverPort()) + "|)\r\n";
     }
 
-    /// In pieces, as a network may deliver it: a short reply byte by byte.
-    void reply(const QByteArray &bytes) const
-    {
-        const int pieceLength = 1 + bytes.size() / 100;
-        for (int at = 0; at < bytes.size() && control->isOpen(); at += pieceLength) {
-            control->write(bytes.mid(at, pieceLength));
-            control->flush();
-        }
-    }
+    void reply(const QByteArray &bytes) const { control->write(bytes); }
+
+    /// Whether it has a client.
+    bool isTaken() const { return control != nullptr && control->state() == QAbstractSocket::ConnectedState; }
 
     /// Closes the data connection behind these bytes.
     void endData(const QByteArray &bytes = {}) const
@@ -105,10 +102,6 @@ private:
         if (verb == "STOR" || verb == "RETR" || verb == "LIST") {
             transfer = verb;
             transferIfReady();
-        } else if (verb == "PASV") {
-            reply("227 Entering Passive Mode (" + passiveAddress(dataServer->serverPort()) + ").\r\n");
-        } else if (verb == "EPSV") {
-            reply("229 Extended (|||" + QByteArray::number(dataServer->serverPort()) + "|)\r\n");
         } else if (verb == "SIZE") {
             reply("213 " + QByteArray::number(file.size()) + "\r\n");
         } else if (verb == "ABOR") {
