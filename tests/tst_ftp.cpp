@@ -60,20 +60,20 @@ private slots:
     {
         const QByteArray get = "TYPE I|SIZE f|PASV|RETR f", put = "TYPE I|PASV|ALLO 3|STOR f",
                          putLarge = "TYPE I|PASV|ALLO 33554432|STOR f", ofLarge = "of 33554432, ",
-                         putEnded = putLarge + "|ABOR",
+                         putEnded = putLarge + "|ABOR", closedPort = "227 (127,0,0,1,0,1)",
                          getFailed = "failed 1, done Downloading file failed:\n",
                          putFailed = "failed 1, done Uploading file failed:\n",
-                         listFailed = "done Listing directory failed:\n",
-                         notFound = "done Connecting to host failed:\n",
-                         refused = notFound + "Connection refused to host 127.0.0.1",
-                         noHost = "state 0, state 1, state 2, state 0, failed 1, ",
+                         cut = "The data connection ended before all of the file ",
+                         getCut = getFailed + cut + "had arrived", putCut = putFailed + cut + "was sent",
+                         unreadable = putFailed + "The file to upload cannot be read",
                          aborted = ofLarge + putFailed + "Aborted",
                          abortLarge = "no-last-word abort-midway put-large",
-                         cut = "The data connection ended before all of the file ",
-                         putCut = putFailed + cut + "was sent", getCut = getFailed + cut + "had arrived",
                          noData = "Connection refused for data connection",
-                         unreadable = putFailed + "The file to upload cannot be read",
-                         closedPort = "227 (127,0,0,1,0,1)";
+                         putRefused = "of 3, " + putFailed + noData,
+                         listFailed = "done Listing directory failed:\n", listRefused = listFailed + noData,
+                         notFound = "done Connecting to host failed:\n",
+                         refused = notFound + "Connection refused to host 127.0.0.1",
+                         noHost = "state 0, state 1, state 2, state 0, failed 1, ";
         addRows<Dialogue>({
             {"commands without a transfer", "cd mkdir rmdir rename remove",
              "CWD update|MKD \xfc|RMD a %1|RNFR b|RNTO c|DELE d",
@@ -98,7 +98,7 @@ private slots:
              "of 3, finished 1, of 0, ready 5, finished 2", "ALLO 502 No|SIZE 550 No"},
             {"over 2 GiB", "put-huge", "TYPE I|PASV|ALLO 2147483653|STOR f", "of 2147483653, finished 1"},
             {"a stream that pauses", "late-last-word put-stream", "TYPE I|PASV|STOR f", "of 0, finished 1"},
-            {"a cut stream", "no-last-word cut-done put-stream", "TYPE I|PASV|STOR f", "of 0, finished 1"},
+            {"a cut stream", "no-last-word cut-done put-endless", "TYPE I|PASV|STOR f", "of 0, finished 1"},
             {"an early last word", "dripping get", get, "of 5, ready 5, ready 6, finished 1"},
             {"the last word comes before the connection", "late-connection active get",
              "TYPE I|SIZE f|PORT|RETR f", "finished 1, of 5, ready 5, finished 2",
@@ -108,10 +108,10 @@ private slots:
              "finished 1, list x, finished 2, of 3, finished 3"},
             {"IPv6", "list", "TYPE A|EPSV|LIST update", "list x, finished 1", {}, true},
             // Transfers that do not.
-            {"IPv6, but only PASV", "list", "TYPE A|EPSV|PASV", "failed 1, " + listFailed + noData,
+            {"IPv6, but only PASV", "list", "TYPE A|EPSV|PASV", "failed 1, " + listRefused,
              "EPSV 500 What?|PASV " + closedPort, true},
-            {"IPv6, but only PORT", "active list", "TYPE A|EPRT",
-             "finished 1, failed 2, " + listFailed + noData, "EPRT 500 What?", true},
+            {"IPv6, but only PORT", "active list", "TYPE A|EPRT", "finished 1, failed 2, " + listRefused,
+             "EPRT 500 What?", true},
             {"a missing folder", "no-folder list", "TYPE A|PASV|LIST update",
              "failed 1, " + listFailed + "x: No such file or directory\r\n"},
             {"a short file", "get", get, "of 7000000000, ready 5, " + getCut, "SIZE 213 7000000000"},
@@ -125,13 +125,13 @@ private slots:
             {"the source vanishes", "source-gone put-large", putEnded, ofLarge + unreadable},
             {"a cut upload", "cut put-large", putLarge, ofLarge + putCut},
             {"a cut upload is called done", "no-last-word cut-done put-large", putLarge, ofLarge + putCut},
-            {"cut at once", "cut-at-once put", put, "of 3, " + putCut, "STOR 150 Go\r\n226 Done"},
+            {"cut at once", "cut-at-once put", put, "of 3, " + putCut, "STOR 150 Go"},
             {"a reset upload", "no-last-word reset put-large", putLarge, ofLarge + putCut},
             {"no port", "put", put, "of 3, " + putCut, "PASV 227 Nowhere|STOR 150 Go\r\n226 Done"},
             {"a port instead of a go-ahead", "put", put, "of 3, " + putCut, "STOR " + closedPort},
-            {"a deaf port", "deaf-port put", "TYPE I|PASV", "of 3, " + putFailed + noData},
+            {"a deaf port", "deaf-port put", "TYPE I|PASV", putRefused},
             {"no connection from the server", "active list", "TYPE A|PORT|LIST update",
-             "finished 1, failed 2, " + listFailed + noData, "PORT 200 Fine|LIST 150 Go"},
+             "finished 1, failed 2, " + listRefused, "PORT 200 Fine|LIST 150 Go"},
             {"no end of data", "endless get", get,
              "of 5, ready 5, " + getFailed + "The data connection timed out"},
             {"no end of data, and the server hangs up", "endless-lost get", get,
@@ -140,8 +140,7 @@ private slots:
             {"a late abort of a log-in", "abort-at-password cd", "ABOR", ""},
             {"an aborted upload", abortLarge, putEnded, ofLarge + putFailed + "Cut off",
              "ABOR 426 Cut off\r\n226 Aborted"},
-            {"an aborted upload is called done", abortLarge, putEnded, aborted,
-             "ABOR 226 Done\r\n225 Nothing"},
+            {"an abort too late", abortLarge, putEnded, aborted, "ABOR 226 Done\r\n225 Nothing"},
             {"no last word on an abort", abortLarge, putEnded, aborted, "ABOR 150 Later"},
             // No connection.
             {"too many clients", "cd", "", "state 1, state 2, state 3, state 0, failed -1, " + refused,
@@ -173,7 +172,7 @@ private slots:
                 session.ftp->error() != QFtp::NoError && session.ftp->state() == QFtp::LoggedIn && !row.ipv6;
             session.queue((isLoggedIn ? "login " : "connect login ") + row.words);
             QCOMPARE(session.log, QStringList());
-            QVERIFY2(waitUntil([&] { return session.isDone(); }, 25 * longestWaitMs),
+            QVERIFY2(waitUntil([&] { return session.isDone(); }, 5 * longestWaitMs),
                      qPrintable(session.outcome()));
             const QString lines = QString::fromLatin1(session.server.lines.join('|'));
             QCOMPARE(QString(lines).remove(logInAndPorts), QString::fromLatin1(row.lines));
@@ -262,7 +261,7 @@ private slots:
         for (int blanks = 0; blanks < 1000; ++blanks)
             ftplisting::parseLine("drwxr-xr-x 1"_s + QString(blanks, QLatin1Char(' ')) +
                                   QString(1000 - blanks, QLatin1Char('1')));
-        QVERIFY2(clock.elapsed() < longestWaitMs, qPrintable(QString::number(clock.elapsed())));
+        QVERIFY2(clock.elapsed() < 10000, qPrintable(QString::number(clock.elapsed())));
     }
 
     void staysSmallUnderEndlessLines()
@@ -274,10 +273,13 @@ private slots:
 #ifndef __SANITIZE_ADDRESS__
         QVERIFY(residentMemory() < before + 10000000);
 #endif
+        std::optional<FtpReply> reply;
         // In pieces, as a network may deliver it.
-        for (const char byte : QByteArray("\r\n220 Fine\r\n"))
+        for (const char byte : QByteArray("\r\n220 Fine\r\n")) {
             reader.append(QByteArray(1, byte));
-        QCOMPARE(reader.next().value().code, 220);
+            reply = reader.next();
+        }
+        QCOMPARE(reply.value().text, "Fine"_s);
     }
 };
 

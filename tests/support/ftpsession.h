@@ -12,7 +12,7 @@
 #include <QProcess>
 #include <QTemporaryFile>
 
-constexpr int longestWaitMs = 10000;
+constexpr int longestWaitMs = 60000;
 constexpr int largeBytes = 32 << 20;
 
 // Without the pauses between looks that QTest::qWaitFor() makes.
@@ -121,7 +121,8 @@ private:
                 {"put-file", [this] { ftp->put(fileOf(server.file.size()), "f"_s); }},
                 {"put-large", [this] { ftp->put(fileOf(largeBytes), "f"_s); }},
                 {"put-huge", [this] { ftp->put(fileOf(qint64(largeBytes) * 64 + 5), "f"_s); }},
-                {"put-stream", [this] { ftp->put(pausingStream(), "f"_s); }}};
+                {"put-stream", [this] { ftp->put(pausingStream("exit"_s), "f"_s); }},
+                {"put-endless", [this] { ftp->put(pausingStream("exec sleep 999"_s), "f"_s); }}};
     }
 
     Meanings troubles()
@@ -185,11 +186,11 @@ private:
         return file;
     }
 
-    QIODevice *pausingStream() const
+    QIODevice *pausingStream(const QString &end) const
     {
+        const QString half = "head -c 150000 /dev/zero; "_s;
         auto *const process = new QProcess(ftp);
-        process->start("/bin/sh"_s,
-                       {"-c"_s, "head -c 150000 /dev/zero; sleep .1; head -c 150000 /dev/zero"_s});
+        process->start("/bin/sh"_s, {"-c"_s, half + "sleep .1; "_s + half + end});
         return process;
     }
 
