@@ -137,7 +137,7 @@ private:
         session.step = [&](const QByteArray &signal) { signal == "progress" ? delete session.ftp : void(); };
         QElapsedTimer clock;
         clock.start();
-        const auto isClosed = [&] { return !session.ftp && !session.server.data; };
+        const auto isClosed = [&] { return session.ftp.isNull() && session.server.data == nullptr; };
         return waitUntil(isClosed) ? clock.elapsed() : longestWaitMs;
     }
 };

@@ -42,10 +42,7 @@ public:
         // Without a context object: signals out of a destructor would be heard as well.
         // clazy:excludeall=connect-3arg-lambda
         connect(ftp, &QFtp::stateChanged, [this](int state) { note("state %1", state); });
-        connect(ftp, &QFtp::commandStarted, [this] {
-            progress = {};
-            step("start");
-        });
+        connect(ftp, &QFtp::commandStarted, [this] { progress = {}, step("start"); });
         connect(ftp, &QFtp::commandFinished, [this](int id, bool error) {
             const bool isWhole = progress.first >= progress.second;
             note(error ? "failed %1" : isWhole ? "finished %1" : "incomplete %1", id - loginId);
@@ -151,7 +148,11 @@ private:
                 {"reset", [this] { midway([this] { server.data->abort(); }); }},
                 {"cut-done", [this] { midway([this] { server.reply("226 Done\r\n"), server.endData(); }); }},
                 {"endless", [this] { sendBehindLastWord([] {}); }},
-                {"endless-lost", [this] { sendBehindLastWord([this] { hangUp(); }); }},
+                {"endless-lost",
+                 [this] {
+                     step = [this](const QByteArray &signal) { signal == "state 0" ? ftp->abort() : void(); };
+                     sendBehindLastWord([this] { server.control->disconnectFromHost(); });
+                 }},
                 {"dripping", [this] { sendBehindLastWord([this] { drip(); }); }}};
     }
 
@@ -180,10 +181,10 @@ private:
 
     QFile *opened(QFile *sourceOrSink, qint64 bytes)
     {
+        sourceOrSink->open(QIODevice::ReadWrite | QIODevice::Unbuffered);
+        sourceOrSink->resize(bytes);
         file = sourceOrSink;
-        file->open(QIODevice::ReadWrite | QIODevice::Unbuffered);
-        file->resize(bytes);
-        return file;
+        return sourceOrSink;
     }
 
     QIODevice *pausingStream(const QString &end) const
@@ -222,12 +223,6 @@ private:
             });
             server.data->write(server.file);
         };
-    }
-
-    void hangUp()
-    {
-        server.control->disconnectFromHost();
-        step = [this](const QByteArray &signal) { signal == "state 0" ? ftp->abort() : void(); };
     }
 
     // Slowly, but never so slowly that it stands still.
