@@ -7,6 +7,7 @@
 #include <QBuffer>
 #include <QProcess>
 #include <QRandomGenerator>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -16,10 +17,9 @@ namespace
 // HOST, PORT and FOLDER are left open, also in the options, which are a file in the folder.
 struct Installed {
     const char *name;
-    QString command;
-    QString options = QString();
+    QString command, options = {};
     QByteArray words = "guest";
-    bool ipv6 = false;
+    QString host = "127.0.0.1"_s;
 };
 
 } // namespace
@@ -32,68 +32,62 @@ class TestFtpServers : public QObject
 private slots:
     void transfersWhole_data()
     {
-        const QString pyftpdlib = "/usr/bin/python3 -m pyftpdlib -w -i HOST -p PORT -d FOLDER"_s;
+        const QString pyftpdlib = "/usr/bin/python3 -m pyftpdlib -w -i HOST -p PORT -d FOLDER"_s,
+                      listener = "socat TCP-LISTEN:PORT,bind=HOST,fork,reuseaddr EXEC:"_s;
         const QString vsftpd =
             "listen_address=HOST\nlisten_port=PORT\nanon_root=FOLDER\nsecure_chroot_dir=FOLDER\nlisten=YES\n"
-            "listen_ipv6=NO\nbackground=NO\nrun_as_launching_user=YES\nftp_username=nobody\n"
-            "anonymous_enable=YES\nanon_upload_enable=YES\nanon_world_readable_only=NO\nwrite_enable=YES\n"
-            "allow_writeable_chroot=YES\nseccomp_sandbox=NO\n"_s;
+            "run_as_launching_user=YES\nftp_username=nobody\nanon_upload_enable=YES\n"
+            "anon_world_readable_only=NO\nwrite_enable=YES\nallow_writeable_chroot=YES\nseccomp_sandbox=NO\n"_s;
         const QString proftpd =
             "DefaultAddress HOST\nPort PORT\nUser nobody\nGroup nogroup\nUseReverseDNS off\nWtmpLog off\n"
             "RequireValidShell off\nPidFile FOLDER/pid\nScoreboardFile none\n<Anonymous FOLDER>\n"
             "User nobody\nGroup nogroup\nUserAlias anonymous nobody\n</Anonymous>\n"_s;
         addRows<Installed>({
             {"pyftpdlib, passive", pyftpdlib},
-            {"pyftpdlib, passive, IPv6", pyftpdlib, QString(), "guest", true},
-            {"pyftpdlib, active, IPv6", pyftpdlib, QString(), "active guest", true},
+            {"pyftpdlib, passive, IPv6", pyftpdlib, {}, "guest", "::1"_s},
+            {"pyftpdlib, active, IPv6", pyftpdlib, {}, "active guest", "::1"_s},
             {"vsftpd, passive", "vsftpd FOLDER/options"_s, vsftpd},
             {"vsftpd, active", "vsftpd FOLDER/options"_s, vsftpd, "active guest"},
             {"proftpd", "proftpd -n -q -c FOLDER/options"_s, proftpd},
             {"pure-ftpd", "pure-ftpd -S HOST,PORT -e -M"_s},
-            {"inetutils-ftpd", "socat TCP-LISTEN:PORT,bind=HOST,fork,reuseaddr EXEC:ftpd,nofork"_s},
-            {"ftpd-ssl", "socat TCP-LISTEN:PORT,bind=HOST,fork,reuseaddr EXEC:in.ftpd,nofork"_s, QString(),
-             "login"},
+            {"inetutils-ftpd", listener + "ftpd,nofork"_s},
+            {"ftpd-ssl", listener + "in.ftpd,nofork"_s, {}, "login"},
             {"aioftp", "/usr/bin/python3 -m aioftp --host HOST --port PORT"_s},
-            {"twisted", "twistd3 -n --pidfile= -l- ftp -p PORT --auth=memory:kwz:secret"_s, QString(),
-             "login"},
+            {"twisted", "twistd3 -n --pidfile= -l- ftp -p PORT --auth=memory:kwz:secret"_s, {}, "login"},
         });
     }
 
     void transfersWhole()
     {
         QFETCH(const Installed, row);
-        FtpSession session({}, row.ipv6 ? QHostAddress::LocalHostIPv6 : QHostAddress::LocalHost);
+        FtpSession session({}, QHostAddress(row.host));
         if (!session.server.isListening())
             QSKIP("this machine has no IPv6");
-        const QTemporaryDir own;
-        const QString folder = qEnvironmentVariable("KELVORA_FTP_HOME", own.path());
-        const QString host = session.server.serverAddress().toString();
         const quint16 port = session.server.serverPort();
         session.server.close();
+        const QTemporaryDir own;
+        const QString folder = qEnvironmentVariable("KELVORA_FTP_HOME", own.path()),
+                      number = QString::number(port);
         const auto filledIn = [&](QString text) {
-            return text.replace("HOST"_s, host)
-                .replace("PORT"_s, QString::number(port))
-                .replace("FOLDER"_s, folder);
+            return text.replace("HOST"_s, row.host).replace("PORT"_s, number).replace("FOLDER"_s, folder);
         };
         for (const QString &name : {"/image"_s, "/f"_s})
             QFile::remove(folder + name);
         // Also where it is empty: without a file of its own, a server would read this machine's.
         write(folder + "/options"_s, filledIn(row.options).toLatin1());
-        QStringList arguments = filledIn(row.command).split(QLatin1Char(' '));
         QProcess server;
         server.setWorkingDirectory(folder);
-        server.start(arguments.takeFirst(), arguments);
-        // A Python without the library ends at once.
+        server.start("/bin/sh"_s, {"-c"_s, "exec "_s + filledIn(row.command)});
         const auto isMissing = [&] { return server.state() == QProcess::NotRunning; };
         const auto isUp = [&] {
             QTcpSocket socket;
-            socket.connectToHost(host, port);
+            socket.connectToHost(row.host, port);
             return socket.waitForConnected();
         };
         QTRY_VERIFY(isMissing() || isUp());
         if (isMissing())
             QSKIP("the server is not installed");
-        session.ftp->connectToHost(host, port);
+        session.ftp->connectToHost(row.host, port);
         session.queue(row.words + " put-large");
         abortUpload(&session);
         transferAfterwards(&session, folder + "/image"_s);
@@ -105,33 +99,30 @@ private:
     // Says what the server answers to it.
     static void abortUpload(FtpSession *session)
     {
-        QString answer;
-        const QObject here;
-        connect(session->ftp->findChild<QFtpPI *>(), &QFtpPI::rawFtpReply, &here,
-                [&](int code, const QString &text) { answer = "%1 %2"_s.arg(code).arg(text); });
-        session->step = [session](const QByteArray &) {
-            if (session->progress.second == largeBytes && session->progress.first > largeBytes / 8)
+        QSignalSpy replies(session->ftp->findChild<QFtpPI *>(), &QFtpPI::rawFtpReply);
+        session->step = [=](const QByteArray &) {
+            if (session->progress.first > largeBytes / 8)
                 session->ftp->abort();
         };
         QVERIFY2(waitUntil([&] { return session->isDone(); }), qPrintable(session->outcome()));
-        QCOMPARE(session->log.last(), "done 1"_s);
-        qInfo("abort | %s | %s", QTest::currentDataTag(), qPrintable(answer));
+        QVERIFY(session->log.takeLast() != "done well"_s);
+        qInfo("abort | %s | %d %s", QTest::currentDataTag(), replies.last().at(0).toInt(),
+              qPrintable(replies.last().at(1).toString()));
         session->step = [](const QByteArray &) {};
-        session->log.clear();
     }
 
     static void transferAfterwards(FtpSession *session, const QString &uploaded)
     {
         QByteArray bytes(5000001, Qt::Uninitialized);
         QRandomGenerator(1).generate(bytes.begin(), bytes.end());
-        QBuffer source(&bytes), sink;
+        QBuffer sink;
         QVERIFY(sink.open(QIODevice::WriteOnly));
-        session->ftp->put(&source, "image"_s);
+        session->ftp->put(bytes, "image"_s);
         session->ftp->list();
         session->ftp->get("image"_s, &sink);
         session->ftp->close();
         QVERIFY(waitUntil([&] { return session->isDone(); }));
-        QVERIFY2(session->log.contains("done 0"_s), qPrintable(session->ftp->errorString()));
+        QVERIFY2(session->log.contains("done well"_s), qPrintable(session->ftp->errorString()));
         QVERIFY(session->log.contains("list image"_s));
         QVERIFY(contents(uploaded) == bytes);
         QVERIFY(sink.data() == bytes);

@@ -52,9 +52,6 @@ public:
         file = gzip();
     }
 
-    /// Whether it has a client.
-    bool isTaken() const { return control != nullptr && control->state() == QAbstractSocket::ConnectedState; }
-
     /// In each session the next of these is there, and then the last one; "none": no archive.
     void has(const QByteArrayList &archives)
     {

@@ -10,7 +10,6 @@
 #include <QTimer>
 
 #include <functional>
-#include <optional>
 
 class ScriptedFtpServer : public QTcpServer
 {
@@ -22,16 +21,14 @@ public:
                 [this] { useData(dataServer->nextPendingConnection()); });
         listen(address, port);
         dataServer->listen(address);
+        answers["PASV"] = "227 Passive (" + passiveAddress(dataServer->serverPort()) + ")\r\n";
+        answers["EPSV"] = "229 Extended (|||" + QByteArray::number(dataServer->serverPort()) + "|)\r\n";
     }
 
-    void reply(const QByteArray &bytes) const
-    {
-        const int pieceLength = bytewise ? 1 : bytes.size();
-        for (int at = 0; at < bytes.size() && control->isOpen(); at += pieceLength) {
-            control->write(bytes.mid(at, pieceLength));
-            control->flush();
-        }
-    }
+    void reply(const QByteArray &bytes) const { control->write(bytes); }
+
+    /// Whether it has a client.
+    bool isTaken() const { return control != nullptr && control->state() == QAbstractSocket::ConnectedState; }
 
     /// Closes the data connection behind these bytes.
     void endData(const QByteArray &bytes = {}) const
@@ -40,15 +37,15 @@ public:
             data->disconnectFromHost();
     }
 
-    /// Connects to the client, at the address that PORT names.
-    void openActive(const QByteArray &address, const char *from = "127.0.0.1")
+    /// Connects to the client, at the port that the last PORT named.
+    void openActive(const char *from = "127.0.0.1")
     {
-        const QByteArrayList fields = address.split(',');
-        auto *socket = new QTcpSocket(this);
-        useData(socket);
-        socket->bind(QHostAddress(QLatin1String(from)));
-        socket->connectToHost(QHostAddress::LocalHost,
-                              static_cast<quint16>(fields.value(4).toInt() * 256 + fields.value(5).toInt()));
+        const QByteArray heard = lines.join(',');
+        const QByteArrayList fields = heard.mid(heard.lastIndexOf("PORT ")).split(',');
+        const int port = fields.value(4).toInt() * 256 + fields.value(5).toInt();
+        useData(new QTcpSocket(this));
+        data->bind(QHostAddress(QLatin1String(from)));
+        data->connectToHost(QHostAddress::LocalHost, static_cast<quint16>(port));
     }
 
     /// As PASV is told of a port that listens for data.
@@ -57,8 +54,6 @@ public:
         return dataServer->serverAddress().toString().toLatin1().replace('.', ',') + ',' +
                QByteArray::number(port >> 8) + ',' + QByteArray::number(port & 255);
     }
-
-    bool isStoring() const { return transfer == "STOR"; }
 
     /// By verb ("" is the greeting): sent instead of what would be done.
     QHash<QByteArray, QByteArray> answers{{"", "220 Ready\r\n"},
@@ -69,16 +64,14 @@ public:
     std::function<bool(const QByteArray &verb)> takeOver = [](const QByteArray &) { return false; };
     /// Done instead of moving a file, after the go-ahead for it.
     std::function<void()> onTheWay;
-    /// How long it takes to confirm a transfer whose data has come to its end.
+    /// How long it takes to confirm a transfer whose data has come to its end; negative: for ever.
     int confirmAfterMs = 0;
-    bool bytewise = false;
     QByteArray file = "12345";
     QByteArray listing = "-rw------- 1 a b 1 Apr 14 2000 x\r\n";
-    /// An upload's data connection ends when so many bytes have come.
-    std::optional<qint64> cutAt;
-    bool cutsByReset = false;
 
     QByteArrayList lines;
+    /// The verb of the transfer that is under way.
+    QByteArray transfer;
     qint64 uploadedBytes = 0;
     QTcpSocket *control = nullptr;
     QTcpSocket *data = nullptr;
@@ -100,23 +93,15 @@ private:
         const QByteArray verb = line.split(' ').first();
         if (!verb.isEmpty())
             lines += line;
-        if (takeOver(verb))
-            return;
-        if (answers.contains(verb))
-            reply(answers.value(verb));
-        else
-            serve(verb, line.mid(verb.size() + 1));
+        if (!takeOver(verb))
+            answers.contains(verb) ? reply(answers.value(verb)) : serve(verb);
     }
 
-    void serve(const QByteArray &verb, const QByteArray &argument)
+    void serve(const QByteArray &verb)
     {
         if (verb == "STOR" || verb == "RETR" || verb == "LIST") {
             transfer = verb;
             transferIfReady();
-        } else if (verb == "PASV") {
-            reply("227 Entering Passive Mode (" + passiveAddress(dataServer->serverPort()) + ").\r\n");
-        } else if (verb == "EPSV") {
-            reply("229 Extended (|||" + QByteArray::number(dataServer->serverPort()) + "|)\r\n");
         } else if (verb == "SIZE") {
             reply("213 " + QByteArray::number(file.size()) + "\r\n");
         } else if (verb == "ABOR") {
@@ -128,7 +113,7 @@ private:
             control->disconnectFromHost();
         } else {
             if (verb == "PORT")
-                openActive(argument);
+                openActive();
             reply("200 Fine\r\n");
         }
     }
@@ -137,29 +122,18 @@ private:
     {
         data = socket;
         uploadedBytes = 0;
-        connect(socket, &QTcpSocket::readyRead, this, [this, socket] {
-            uploadedBytes += socket->skip(socket->bytesAvailable());
-            cutIfDue();
-        });
+        connect(socket, &QTcpSocket::readyRead, this,
+                [this, socket] { uploadedBytes += socket->skip(socket->bytesAvailable()); });
         connect(socket, &QTcpSocket::connected, this, &ScriptedFtpServer::transferIfReady);
         connect(socket, &QTcpSocket::disconnected, this, [this, socket] {
             if (socket == data)
                 data = nullptr;
-            if (!transfer.isEmpty() && confirmAfterMs > 0)
+            if (!transfer.isEmpty() && confirmAfterMs >= 0)
                 QTimer::singleShot(confirmAfterMs, this, [this] { reply("226 Done\r\n"); });
-            else if (!transfer.isEmpty() && !cutsByReset)
-                reply("226 Done\r\n");
             transfer.clear();
             socket->deleteLater();
         });
         transferIfReady();
-        cutIfDue();
-    }
-
-    void cutIfDue() const
-    {
-        if (cutAt && uploadedBytes >= *cutAt && data)
-            cutsByReset ? data->abort() : data->disconnectFromHost();
     }
 
     void transferIfReady()
@@ -175,5 +149,4 @@ private:
 
     // A child as all sockets are: these go when nothing is heard of them any more.
     QTcpServer *dataServer = new QTcpServer(this);
-    QByteArray transfer;
 };
