@@ -1,8 +1,7 @@
-// What the tool makes of heartbeats: the decoder, the client's records and signals, and the N6's commands.
+// What the tool makes of heartbeats: the decoder, the client's records and signals.
 
 #include "discovery/heartbeat.h"
 #include "discovery/interfaces.h"
-#include "discovery/n6commands.h"
 #include "discovery/protocol.h"
 #include "discovery/udphbclient.h"
 #include "tests/support/heartbeatbytes.h"
@@ -99,15 +98,13 @@ private slots:
             {"an e-ink display tells less", full(Eink), text + "nan V 351.13 lux EINK  false true"_s},
             {"a gyro", full(Gyro), text + "12.35 V -1"_s},
             {"an N6", HeartbeatBytes::n6("N", 5, 6, -2), "N OS 5.1.2-rt APP 3.6 12 V 5 6 -2 1.4"_s},
-            {"the shortest", measured(1, 1), QLatin1Char('S') + plain},
             {"nothing is negative", measured(-0.0, -infinite), "S OS  APP  0 V 0 lux SCREEN  false false"_s},
             {"no number", measured(none, none), "S OS  APP  nan V 0 lux SCREEN  false false"_s},
-            {"infinite, zero", measured(infinite, -0.0F), "S OS  APP  0 V inf lux SCREEN  false false"_s},
-            {"enormous", measured(1e38, 1e38F), "S OS  APP  1e+38 V 1e+38 lux SCREEN  false false"_s},
+            {"infinite, enormous", measured(infinite, 1e38F),
+             "S OS  APP  1e+38 V inf lux SCREEN  false false"_s},
             {"not valid", older("S", 54, Screen, 0), ignored},
             {"an unknown kind", QByteArray(whole).replace(0, 1, "!"), ignored},
             {"less than traffic", whole.left(17), ignored},
-            {"as little as traffic", whole.left(18), ignored},
             {"a first length to the end", whole.left(38) + QByteArray("\1\0", 2), ignored},
             {"a negative first length", whole.left(38) + QByteArray("\x80\0", 2) + whole, ignored},
             {"a second length beyond the end", whole.left(38) + QByteArray("\0\1", 2), ignored},
@@ -180,7 +177,6 @@ private slots:
                      QLatin1String(server));
         }
         QVERIFY(client.n6Device().address == at("10.0.0.7") && client.gyroDevice().address == at("10.0.0.3"));
-        QCOMPARE(client.screens().at(0).type, "SCREEN2"_s);
         QCOMPARE(logged.join(QLatin1Char('|')).remove("udpHB: "_s),
                  "Screen IP 10.0.0.1|Server changed: 10.0.0.1|E-Ink IP 10.0.0.2|Server removed: 10.0.0.1|"
                  "N6 IP 169.254.3.4|Server changed: 169.254.3.4|Server changed: 10.0.0.5|"
@@ -207,16 +203,6 @@ private slots:
         // Beside a second copy of the tool.
         const udpHBClient other(udpHBClient::Passive);
         QCOMPARE(logged.filter("Problem"_s).size(), 1);
-    }
-
-    void saysWhatIsMeant()
-    {
-        QCOMPARE(n6FactoryResetCommand("N6-\u00e9"_s), QByteArray("\x0fN6-\xe9").leftJustified(17, '\0'));
-        QCOMPARE(n6FactoryResetCommand(QString(20, QLatin1Char('x'))), '\x0f' + QByteArray(20, 'x'));
-        QString names;
-        for (int model = 0; model < 7; ++model)
-            names += n6ModelName(model) + QLatin1Char('|');
-        QCOMPARE(names, "Unknown|N6 Larch|N6 Moss|N6 Flint|N6 Fjord|N6 Heron|Unknown|"_s);
     }
 
     // What takes real seconds: silence, repeats and renewed sockets.
@@ -255,24 +241,20 @@ private slots:
 
     void confirmsSeveralServers()
     {
-        udpHBClient client(2);
-        client.processHeartbeat(HeartbeatBytes::device(Screen, "A", true), at("127.0.0.21"));
-        client.processHeartbeat(HeartbeatBytes::n6(), at("127.0.0.20"));
-        QElapsedTimer conflict;
+        udpHBClient client(udpHBClient::Passive);
         follow(client);
-        QSignalSpy several(&client, &udpHBClient::multipleServers);
+        QElapsedTimer conflict;
         for (int round = 0; round < 2; ++round) {
-            conflict.start();
-            QVERIFY(several.wait(protocol::multipleServersConfirmMs + 2 * protocol::tickIntervalMs));
-            QVERIFY(conflict.elapsed() > protocol::multipleServersConfirmMs - protocol::tickIntervalMs);
-            QCOMPARE(signalledSince(), "serverRemoved multipleServers"_s);
-            QVERIFY(client.multipleServersDetected() && client.serverAddress().isNull());
-            // The N6 would time out in the second round.
             client.processHeartbeat(HeartbeatBytes::n6(), at("127.0.0.20"));
             client.processHeartbeat(HeartbeatBytes::device(Screen, "A", true), at("127.0.0.21"));
             signalledSince();
+            conflict.start();
+            QTRY_VERIFY(!noted.isEmpty());
+            QCOMPARE(signalledSince(), "serverRemoved multipleServers"_s);
+            QVERIFY(conflict.elapsed() > protocol::multipleServersConfirmMs - protocol::tickIntervalMs);
+            QVERIFY(client.multipleServersDetected() && client.serverAddress().isNull());
         }
-        client.processHeartbeat(HeartbeatBytes::device(Screen, "A", false), at("127.0.0.21"));
+        client.processHeartbeat(HeartbeatBytes::device(Screen, "A"), at("127.0.0.21"));
         QCOMPARE(signalledSince(), "screenUpdated serverChanged listUpdated"_s);
         QVERIFY(!client.multipleServersDetected());
     }
