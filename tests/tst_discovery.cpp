@@ -24,7 +24,7 @@ namespace
 {
 
 constexpr float infinite = std::numeric_limits<float>::infinity();
-constexpr float none = std::numeric_limits<float>::quiet_NaN();
+constexpr float noNumber = std::numeric_limits<float>::quiet_NaN();
 
 QStringList logged;
 
@@ -99,7 +99,7 @@ private slots:
             {"a gyro", full(Gyro), text + "12.35 V -1"_s},
             {"an N6", HeartbeatBytes::n6("N", 5, 6, -2), "N OS 5.1.2-rt APP 3.6 12 V 5 6 -2 1.4"_s},
             {"nothing is negative", measured(-0.0, -infinite), "S OS  APP  0 V 0 lux SCREEN  false false"_s},
-            {"no number", measured(none, none), "S OS  APP  nan V 0 lux SCREEN  false false"_s},
+            {"no number", measured(noNumber, noNumber), "S OS  APP  nan V 0 lux SCREEN  false false"_s},
             {"infinite, enormous", measured(infinite, 1e38F),
              "S OS  APP  1e+38 V inf lux SCREEN  false false"_s},
             {"not valid", older("S", 54, Screen, 0), ignored},

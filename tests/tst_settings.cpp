@@ -298,11 +298,12 @@ private:
             // The folder's name holds a tag; no title is cut off; a locked page does not lock its dialogs.
             const auto *box = qobject_cast<QMessageBox *>(shown);
             const int title = shown->fontMetrics().horizontalAdvance(shown->windowTitle());
-            isReadable &= shown->parentWidget() == window.data() &&
-                          (!box || (box->textFormat() == Qt::PlainText && box->width() > title + 100));
+            isReadable &=
+                shown->parentWidget() == window.data() &&
+                (box == nullptr || (box->textFormat() == Qt::PlainText && box->width() > title + 100));
             if (row.when == Asked)
                 happens();
-            return !page;
+            return page.isNull();
         };
         if (row.when == Copied)
             connect(commands.data(), &QUdpSocket::readyRead, &n6, happens);
