@@ -15,7 +15,6 @@ Farewell::Farewell(QTcpSocket *controlConnection, QTcpSocket *data)
     : QObject(QCoreApplication::instance()), control(controlConnection)
 {
     for (QTcpSocket *const socket : {data, control}) {
-        socket->disconnect();
         socket->setParent(this);
         connect(socket, &QTcpSocket::disconnected, this, &QObject::deleteLater);
     }

@@ -510,8 +510,8 @@ void QFtpPI::dtpConnectState(int dataState)
 void QFtpPI::dataConnectionClosed()
 {
     const QPointer<QFtpPI> self = this;
-    if (heldReply) {
-        takeAnswer(*std::exchange(heldReply, std::nullopt));
+    if (const std::optional<FtpReply> last = std::exchange(heldReply, std::nullopt)) {
+        takeAnswer(*last);
         if (self && state == State::Idle && !isConnected())
             changeState(State::Unconnected);
         if (self)

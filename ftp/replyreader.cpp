@@ -38,7 +38,7 @@ std::optional<FtpReply> FtpReplyReader::next()
         if (text.size() + line->size() <= longestText)
             text += *line;
         if (isLast) {
-            const FtpReply reply = makeReply(code, text);
+            FtpReply reply = makeReply(code, text);
             text.clear();
             return reply;
         }

@@ -133,7 +133,8 @@ private slots:
                  "S (PO)|S (PO)|Start Update|Screen Updates; S (PO)|Start Update|Screen2 Updates; "
                  "S (PO)|Start Update|E-Ink Updates; Open Webinterface|Port 1|Port 2|Update N6|N6 Setup; "
                  "Backup Settings|Restore Settings|Factory Reset|N6 Configuration"_s);
-        for (QWidget *bar : window.findChildren<QProgressBar *>())
+        const auto bars = window.findChildren<QProgressBar *>();
+        for (QWidget *bar : bars)
             QVERIFY(!nameOf(bar).isEmpty());
     }
 };

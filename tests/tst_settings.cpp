@@ -1,3 +1,4 @@
+// clazy:excludeall=non-pod-global-static
 // The settings page against an N6 that the test plays, over real FTP and UDP.
 
 #include "discovery/protocol.h"
@@ -67,7 +68,7 @@ const Play drip = [](ScriptedFtpServer &n6) {
     };
 };
 const Play confirmLate = [](ScriptedFtpServer &n6) { n6.confirmAfterMs = longerMs; };
-// It neither reads nor writes any more.
+// In the middle of a transfer it neither reads nor writes any more.
 const Play fallSilent = [](ScriptedFtpServer &n6) {
     n6.onTheWay = [&] { n6.data->disconnect(), n6.data->setReadBufferSize(1); };
 };
@@ -356,6 +357,11 @@ private:
         return all.trimmed();
     }
 
+    // That is told, not waited for.
+    const Play hangUp = [this](ScriptedFtpServer &n6) {
+        page->findChild<ArchiveTransfer *>()->setPatience({100000, 100000});
+        ::hangUp(n6);
+    };
     // What befalls a transfer.
     const std::function<void()> gone = [this] { delete page; }, another = [this] { hear(otherHost, "N6-2"); };
 

@@ -121,7 +121,7 @@
 %2 Lux</source>
         <extracomment>Supply voltage and ambient light</extracomment>
         <translation>%1 V
-%2 lux</translation>
+%2 Lux</translation>
     </message>
     <message>
         <source>(LS)</source>

@@ -70,7 +70,7 @@ class Network:
         self.has_plug = PREFIX != "127.0.0."
         if (loss or delay) and not (self.has_plug and os.access("/dev/net/tun", os.W_OK)):
             raise unittest.SkipTest("nothing between the hosts can be impaired here")
-        self._enter = []
+        self.enter = []  # what stands before a command for the boat's host
         if self.has_plug:
             self._plug_in(loss, delay)
 
@@ -82,7 +82,7 @@ class Network:
         # Without its users, which come a moment later, it would give no right to those who enter.
         own = os.readlink("/proc/self/ns/net")
         until(lambda: os.readlink(proc / "ns/net") != own and (proc / "uid_map").read_text(), 20, "a network namespace")
-        self._enter = ["nsenter", f"--target={self._boat.pid}", *stay_oneself, "--net"]
+        self.enter = ["nsenter", f"--target={self._boat.pid}", *stay_oneself, "--net"]
         self._ip("link delete boat0")
         if loss or delay:
             threading.Thread(target=wire, args=([tap("boat0"), tap("sea")], loss, delay), daemon=True).start()
@@ -90,7 +90,7 @@ class Network:
             self._ip("link add boat0 type veth peer name sea")
         self._ip(f"link set sea netns {self._boat.pid}", f"addr add {PREFIX}1/24 dev boat0", "link set boat0 up")
         addresses = [f"addr add {PREFIX}{host}/24 dev sea" for host in range(10, 100)]
-        self._ip("link set lo up", *addresses, "link set sea up", enter=self._enter)
+        self._ip("link set lo up", *addresses, "link set sea up", enter=self.enter)
 
     @staticmethod
     def _ip(*lines, enter=()):
@@ -102,18 +102,15 @@ class Network:
 
     # Pulls the plug ("down") or puts it back ("up"). Only where there is one.
     def plug(self, state):
-        self._ip(f"link set sea {state}", enter=self._enter)
-
-    # A simulated boat, once it is ready; what it sees goes to the log.
-    def boat(self, log, *options):
-        return Boat(log, [*self._enter, SIMULATOR / "boatsim", *options])
+        self._ip(f"link set sea {state}", enter=self.enter)
 
 
+# A simulated boat, once it is ready; what it sees goes to the log.
 class Boat:
-    def __init__(self, log, command):
+    def __init__(self, log, enter, *options):
         self._log = log
         with open(log, "w", encoding="utf-8") as output:
-            self._process = start(*command, stdout=output, stderr=output)
+            self._process = start(*enter, SIMULATOR / "boatsim", *options, stdout=output, stderr=output)
         self.saw("boat ready")
 
     def count(self, pattern):

@@ -11,7 +11,7 @@ import tempfile
 import time
 import unittest
 
-from hosts import PREFIX, SIMULATOR, Network, until
+from hosts import PREFIX, SIMULATOR, Boat, Network, until
 from tool import CHECKED, ENABLED, Tool
 
 sys.dont_write_bytecode = True
@@ -19,7 +19,6 @@ sys.path.insert(0, str(SIMULATOR))
 from boat import settings  # noqa: E402
 
 OK = "Connection ok"
-NOTHING = "Connection problem, check your network settings"
 LOSS, DELAY = {"loss": 0.2}, {"delay": 0.1}
 
 
@@ -42,7 +41,7 @@ class Scenario(unittest.TestCase):
             self.tool.press(self.PAGE, "page tab")
 
     def start_boat(self, *options):
-        boat = self.network.boat(self.folder / f"boat-{time.monotonic()}.log", *options)
+        boat = Boat(self.folder / f"boat-{time.monotonic()}.log", self.network.enter, *options)
         self.addCleanup(boat.stop)
         return boat
 
@@ -56,7 +55,7 @@ class Scenario(unittest.TestCase):
             self.skipTest("no plug to pull without a namespace")
         self.network.plug("down")
         pulled = time.monotonic()
-        self.tool.sees(NOTHING, seconds=20)
+        self.tool.sees("Connection problem, check your network settings", seconds=20)
         until(lambda: time.monotonic() - pulled > 10, 11, "the tool with new sockets")
         self.network.plug("up")
         self.tool.sees(OK)
@@ -69,14 +68,10 @@ class Scenario(unittest.TestCase):
     def finish(self):
         self.assertEqual(self.tool.close(), 0, self.tool.log())
 
+    # A scenario without a turn on the way.
     def run_through(self, *arguments, **options):
         self.begin(*arguments, **options)
         self.finish()
-
-
-# A scenario without a turn on the way.
-def through(*arguments, **options):
-    return functools.partialmethod(Scenario.run_through, *arguments, **options)
 
 
 class DisplayUpdate(Scenario):
@@ -107,7 +102,7 @@ class DisplayUpdate(Scenario):
         self.tool.sees(rf".*{PREFIX}2[012].*", "check box", count=3)
         self.finish()
 
-    test_with_loss = through(50_000, **LOSS)
+    test_with_loss = functools.partialmethod(Scenario.run_through, 50_000, **LOSS)
 
     def test_with_the_plug_pulled_in_the_middle(self):
         self.begin(6_000_000, self.SLOW)
@@ -182,7 +177,7 @@ class Backup(Scenario):
         self.assertIn("settings=", (self.folder / ".config/Kelvora/KelvoraTool.conf").read_text())
         super().finish()
 
-    test_with_loss = through(**LOSS)
+    test_with_loss = functools.partialmethod(Scenario.run_through, **LOSS)
 
     def test_with_the_plug_pulled_in_the_middle(self):
         self.begin("--archive-padding=3000000", "--ftp-fault=n6=slow:500000")

@@ -64,7 +64,8 @@ public:
     explicit FtpSession(const QByteArray &answers = {}, const QHostAddress &host = QHostAddress::LocalHost)
         : server(host)
     {
-        for (const QByteArray &answer : answers.split('|'))
+        const QByteArrayList each = answers.split('|');
+        for (const QByteArray &answer : each)
             if (const int verbEnd = answer.indexOf(' '); verbEnd >= 0)
                 server.answers[answer.left(verbEnd)] = answer.mid(verbEnd + 1);
         // Without a context object: signals out of a destructor would be heard as well.
@@ -94,9 +95,12 @@ public:
     /// Queues the commands that these words stand for, and prepares the trouble.
     void queue(const QByteArray &words)
     {
-        for (const QByteArray &word : words.split(' '))
-            for (const Meanings &some : {commands(), transfers(), troubles()})
-                some.value(word, [] {})();
+        Meanings meanings = commands();
+        meanings.insert(transfers());
+        meanings.insert(troubles());
+        const QByteArrayList each = words.trimmed().split(' ');
+        for (const QByteArray &word : each)
+            meanings.value(word)();
     }
 
     /// All signals.
@@ -129,7 +133,8 @@ private:
                 {"cd", [this] { ftp->cd("update"_s); }},
                 {"mkdir", [this] { ftp->mkdir("\u00fc"_s); }},
                 {"rmdir", [this] { ftp->rmdir("a %1"_s); }},
-                {"rename", [this] { ftp->rename("b"_s, "c"_s), ftp->remove("d"_s); }},
+                {"rename", [this] { ftp->rename("b"_s, "c"_s); }},
+                {"remove", [this] { ftp->remove("d"_s); }},
                 {"raw", [this] { ftp->rawCommand(" SITE x \n"_s); }},
                 {"close", [this] { ftp->close(); }}};
     }
@@ -142,7 +147,7 @@ private:
             {"list", [this] { ftp->list("update"_s); }},
             {"get", [=] { get(nullptr); }},
             {"get-full-disk", [=] { get(new MadeUpDevice(0, ftp)); }},
-            {"get-sink-gone", [=] { get(vanishingSink()); }},
+            {"get-sink-gone", [=] { get(vanishingDevice()); }},
             {"put", [this] { ftp->put("abc", "f"_s); }},
             {"put-empty", [this] { ftp->put(QByteArray(), "f"_s, QFtp::Ascii); }},
             {"put-closed", [=] { put(new QFile("/missing"_s, ftp)); }},
@@ -152,6 +157,7 @@ private:
             {"put-shrinking", [=] { put(endingSource(0, [](QObject *) {})); }},
             {"put-failing", [=] { put(endingSource(-1, [](QObject *) {})); }},
             {"put-vanishing", [=] { put(endingSource(1, [](QObject *source) { source->deleteLater(); })); }},
+            {"put-gone", [=] { put(vanishingDevice()); }},
             {"put-abort",
              [=] { put(endingSource(1, [this](QObject *) { QTimer::singleShot(0, ftp, &QFtp::abort); })); }},
             {"put-waiting", [=] { put(pausingStream()); }}};
@@ -160,7 +166,7 @@ private:
     Meanings troubles()
     {
         return {
-            {"no-folder", [this] { server.listing = "x: No such file or directory\r\n"; }},
+            {"no-folder", [this] { server.listing = "x: No such file or directory\r\nhalf"; }},
             {"no-last-word", [this] { server.cutsByReset = true; }},
             {"late-last-word", [this] { server.confirmAfterMs = 6000; }},
             {"cut-at-once", [this] { server.cutAt = 0; }},
@@ -198,11 +204,11 @@ private:
         server.takeOver = [=](const QByteArray &heard) { return heard == verb && (act(), false); };
     }
 
-    QIODevice *vanishingSink() const
+    QIODevice *vanishingDevice() const
     {
-        auto *const sink = new MadeUpDevice(0, ftp);
-        connect(ftp, &QFtp::dataTransferProgress, sink, [sink] { delete sink; });
-        return sink;
+        auto *const device = new MadeUpDevice(0, ftp);
+        connect(ftp, &QFtp::dataTransferProgress, device, [device] { delete device; });
+        return device;
     }
 
     // Expects to be asked for a block when the one before it has left.

@@ -124,7 +124,7 @@ private:
             transfer.clear();
             endData();
         } else if (verb == "QUIT") {
-            reply("221 Bye\r\n");
+            reply("221 Bye\r\n221-But");
             control->disconnectFromHost();
         } else {
             if (verb == "PORT")
