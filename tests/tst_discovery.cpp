@@ -189,25 +189,20 @@ private slots:
         client.tick();
         QCOMPARE(logged, QStringList("Problem binding udpSocket on port 4020"_s));
 
-        greedy.close();
-        client.createSockets();
-        const QByteArray whole = full(Screen);
-        for (const QByteArray &datagram : {QByteArray(), QByteArray(60000, 'x'), whole})
-            greedy.writeDatagram(datagram, at("127.0.0.1"), protocol::heartbeatPort);
-        QTRY_COMPARE(client.screens().size(), 1);
-        QCOMPARE(client.screens().at(0).address, at("127.0.0.1"));
-        // A second copy of the tool hears the same.
-        const udpHBClient other(udpHBClient::Passive);
-        QCOMPARE(logged.filter("Problem"_s).size(), 1);
         const auto boat = QNetworkInterface::interfaceFromName("boat0"_s);
         if (!boat.isValid())
             QSKIP("multicast needs a network namespace");
         greedy.close();
         QVERIFY(greedy.bind(QHostAddress(QHostAddress::AnyIPv4)));
         greedy.setMulticastInterface(boat);
-        greedy.writeDatagram(whole, protocol::multicastGroup(), protocol::heartbeatPort);
-        QTRY_COMPARE(other.screens().size(), 1);
-        QTRY_COMPARE(client.screens().size(), 2);
+        client.createSockets();
+        // A second copy of the tool hears the same.
+        const udpHBClient other(udpHBClient::Passive);
+        QCOMPARE(logged.size(), 1);
+        for (const QByteArray &datagram : {QByteArray(), QByteArray(60000, 'x'), full(Screen)})
+            greedy.writeDatagram(datagram, protocol::multicastGroup(), protocol::heartbeatPort);
+        QTRY_VERIFY(client.screens().size() == 1 && other.screens().size() == 1);
+        QCOMPARE(client.screens().at(0).address, boat.addressEntries().constFirst().ip());
     }
 
     // What takes real seconds: silence, repeats and renewed sockets.
