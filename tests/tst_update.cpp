@@ -64,14 +64,16 @@ struct Displays {
     std::vector<std::unique_ptr<PlayedDisplay>> played;
 };
 
-// What a display does, how far the session comes, how long the tool waits for it, and whether the user does
-// not.
+enum Meanwhile { Waited, Aborted, Forgotten };
+
+// What a display does, how far the session comes, how long the tool waits for it, and what happens to the
+// display on the page.
 struct End {
     const char *name;
     Play play;
     QByteArray reached;
     Upload::Patience patience = {};
-    bool isAborted = false;
+    Meanwhile meanwhile = Waited;
 };
 
 } // namespace
@@ -187,30 +189,10 @@ private slots:
         QTRY_VERIFY(boat.window.findChildren<QDialog *>().isEmpty());
     }
 
-    void displaysMayGoWhileTheyAreUpdated()
-    {
-        Displays boat(2);
-        boat.box(1)->click();
-        // Long enough for both to time out on the way.
-        boat.played[0]->confirmAfterMs = 9500;
-        const auto rows = boat.rows();
-        boat.choose(write(package, QByteArray(1000000, 'u')));
-        QTRY_VERIFY_WITH_TIMEOUT(boat.client.screens().isEmpty(), 9400);
-        QCOMPARE(boat.rows(), rows);
-        QVERIFY(boat.abort()->isVisible() && !boat.start()->isVisible());
-        QCOMPARE(boat.told(0) + boat.told(1), "Downloading..."_s);
-        QCOMPARE(boat.progress(0), 1000000);
-        QTRY_VERIFY(boat.start()->isVisible());
-        QVERIFY(boat.played[1]->lines.isEmpty());
-        emit boat.client.listUpdated();
-        QVERIFY(boat.rows().isEmpty());
-        boat.hear(1);
-        QVERIFY2(boat.box(0)->isChecked(), "its choice went with it");
-    }
-
     void anUpdateFollowsAnyEnd_data()
     {
         const Upload::Patience shortForReplies{1000, 100000}, shortForConfirmation{100000, 1000};
+        const Play confirmLate = [](ScriptedFtpServer &display) { display.confirmAfterMs = 9500; };
         addRows<End>({
             {"refused at the greeting", answering("", "421 Busy\r\n"), {}},
             {"connection refused", &PlayedDisplay::close, {}},
@@ -218,15 +200,16 @@ private slots:
             {"silent before the file", answering("STOR", ""), "STOR", shortForReplies},
             {"silent after the file", answering("STOR", "150 Go\r\n"), "STOR", shortForConfirmation},
             {"silent after the confirmation", answering("QUIT", ""), "QUIT", shortForReplies},
-            {"aborted while connecting", answering("", ""), {}, {}, true},
-            {"aborted in the middle", answering("STOR", ""), "STOR", {}, true},
+            {"aborted while connecting", answering("", ""), {}, {}, Aborted},
+            {"aborted in the middle", answering("STOR", ""), "STOR", {}, Aborted},
+            {"gone from the list", confirmLate, "STOR", {}, Forgotten},
         });
     }
 
     void anUpdateFollowsAnyEnd()
     {
         QFETCH(const End, row);
-        Displays boat(2);
+        Displays boat(3);
         PlayedDisplay &odd = *boat.played[1];
         row.play(odd);
         // Slow answers are no silence: together they take longer than one may.
@@ -236,18 +219,25 @@ private slots:
                 QTimer::singleShot(600, &odd, [&] { odd.reply("230 Fine\r\n"); });
             return isSlow;
         };
+        boat.box(2)->click();
         const auto rows = boat.rows();
         rows[1]->findChild<Upload *>()->setPatience(row.patience);
         const QSignalSpy ends(rows[1], &MonitorUpdateWidget::updateComplete);
         boat.choose(write(package, QByteArray(500000, 'v')));
+        QVERIFY(boat.abort()->isVisible() && !boat.start()->isVisible());
+        QCOMPARE(boat.told(1) + boat.told(2), "Downloading..."_s);
         // The first display takes its update without trouble.
         QTRY_COMPARE(boat.told(0), "Updating..."_s);
+        QCOMPARE(boat.progress(0), 500000);
         QTRY_VERIFY(odd.lines.join().contains(row.reached));
-        if (row.isAborted)
+        if (row.meanwhile == Aborted)
             boat.abort()->click();
+        if (row.meanwhile == Forgotten)
+            QTRY_VERIFY_WITH_TIMEOUT(boat.client.screens().isEmpty(), 9400);
         QTRY_VERIFY(boat.start()->isVisible());
         QCOMPARE(ends.size(), 1);
-        QCOMPARE(boat.told(1), row.isAborted ? "Aborted."_s : "Updating..."_s);
+        QCOMPARE(boat.told(1), row.meanwhile == Aborted ? "Aborted."_s : "Updating..."_s);
+        QCOMPARE(boat.rows(), rows);
 
         for (auto &display : boat.played) {
             display.reset();
@@ -259,7 +249,11 @@ private slots:
         // It is over when both displays have it, and no sooner.
         QTRY_VERIFY(boat.start()->isVisible());
         for (const auto &display : boat.played)
-            QCOMPARE(display->lines.join('|'), QByteArray(wholeSession));
+            QCOMPARE(display->lines.join('|'), QByteArray(display == boat.played[2] ? "" : wholeSession));
+        if (row.meanwhile != Forgotten)
+            return;
+        boat.hear(2);
+        QVERIFY2(boat.rows().size() == 1 && boat.box(0)->isChecked(), "its choice went with it");
     }
 
     void n6PageShowsWhatItsN6Says()
