@@ -132,12 +132,11 @@ private slots:
         using Net = QNetworkInterface;
         const Net::InterfaceFlags live = Net::IsUp | Net::CanMulticast | Net::IsRunning;
         QVERIFY(interfaces::listensOn(live, "my virtual"_s));
-        QVERIFY(!interfaces::listensOn(live, "VirtualBox Host-Only"_s) && interfaces::asksOn(live));
-        for (const auto lacking : {Net::IsUp, Net::CanMulticast, Net::IsRunning}) {
-            QVERIFY(!interfaces::listensOn(live & ~lacking, "eth0"_s));
-            QCOMPARE(interfaces::asksOn(live & ~lacking), lacking == Net::IsRunning);
-        }
-        QVERIFY(!interfaces::asksOn(live | Net::IsLoopBack));
+        QVERIFY(interfaces::asksOn(live & ~Net::IsRunning));
+        QVERIFY(!interfaces::listensOn(live & ~Net::IsRunning, {}));
+        QVERIFY(!interfaces::listensOn(live, "VirtualBox Host-Only"_s));
+        for (const auto flags : {live & ~Net::IsUp, live & ~Net::CanMulticast, live | Net::IsLoopBack})
+            QVERIFY(!interfaces::asksOn(flags) && !interfaces::listensOn(flags, {}));
     }
 
     void signalsEachChangeInOrder()

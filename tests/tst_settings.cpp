@@ -168,7 +168,7 @@ private slots:
             {"another N6 takes its address", soon, failed, one, 0, {}, Copied, replaced},
             {"the N6 moves while the user is asked", never, backupComplete, there, 0, twice, Asked, moved},
             {"the N6 moves before the archive is there", never, backupComplete, one, 0, twice, Copied, moved},
-            {"the N6 moves on the way", fallSilent, backupComplete, two, 1, twice, Moving, moved},
+            {"the N6 moves on the way", patiently(fallSilent), backupComplete, two, 1, twice, Moving, moved},
             {"the page goes while the user is asked", soon, {}, none, 0, {}, Unanswered, gone},
             {"the page goes on the way", asUsual, {}, two, 1, {}, Moving, gone},
         });
@@ -185,7 +185,7 @@ private slots:
         addRows<Transfer>({
             {"the N6 takes long to confirm", confirmLate, restoreComplete, both},
             {"the file is empty", emptyFile, unstored, none, 0},
-            {"the N6 hangs up", hangUp, unstored, none},
+            {"the N6 hangs up", patiently(hangUp), unstored, none},
             {"the N6 confirms a part of it", confirmAPart, unstored, none},
             {"the N6 falls silent", fallSilent, unstored, none},
             {"another N6 comes while the user is asked", asUsual, unstored, none, 0, {}, Asked, another},
@@ -333,11 +333,15 @@ private:
         return all.trimmed();
     }
 
-    // That is told, not waited for.
-    const Play hangUp = [this](ScriptedFtpServer &n6) {
-        page->findChild<ArchiveTransfer *>()->setPatience({100000, 100000});
-        ::hangUp(n6);
-    };
+    /// Played to a user who would wait for longer than this test does.
+    Play patiently(const Play &play) const
+    {
+        return [this, play](ScriptedFtpServer &n6) {
+            page->findChild<ArchiveTransfer *>()->setPatience({100000, 100000});
+            play(n6);
+        };
+    }
+
     // What befalls a transfer.
     const std::function<void()> gone = [this] { delete page; }, another = [this] { hear(otherHost, "N6-2"); };
 

@@ -26,10 +26,7 @@ class PlayedDisplay : public ScriptedFtpServer
 public:
     explicit PlayedDisplay(int number) : ScriptedFtpServer(addressOf(number), protocol::ftpPort) {}
 
-    static QHostAddress addressOf(int number)
-    {
-        return QHostAddress(0x7F000014U + static_cast<quint32>(number));
-    }
+    static QHostAddress addressOf(int number) { return QHostAddress(0x7F000014U + quint32(number)); }
 
     void beat() const
     {
