@@ -188,7 +188,6 @@ private slots:
         client.tick();
         QCOMPARE(logged, QStringList("Problem binding udpSocket on port 4020"_s));
 
-        const auto boat = QNetworkInterface::interfaceFromName("boat0"_s);
         if (!boat.isValid())
             QSKIP("multicast needs a network namespace");
         greedy.close();
@@ -267,7 +266,6 @@ private:
     // Asks so often, with a server or without, and renews the sockets when nothing is heard.
     void ask(int mode, bool serverKnown, int rounds)
     {
-        const auto boat = QNetworkInterface::interfaceFromName("boat0"_s);
         if (!boat.isValid())
             QSKIP("multicast needs a network namespace");
         // A device that answers nothing but notes the ports from which it is asked.
@@ -311,6 +309,7 @@ private:
     // The names of the signals that came since the last call.
     QString signalledSince() { return QString::fromLatin1(std::exchange(noted, {}).join(' ')); }
 
+    const QNetworkInterface boat = QNetworkInterface::interfaceFromName("boat0"_s);
     QByteArrayList noted;
 };
 
