@@ -116,7 +116,6 @@ private slots:
             {"a hub", older("VHUB1", 54), ignored},
             {"an older name in another kind", older("VK38", 38, Screen2), ignored},
             {"an older name behind the end", measured(1, 1).replace(3, 4, "VK38"), QLatin1Char('S') + plain},
-            {"another case", measured(1, 1).replace(1, 4, "vk38"), "vk38"_s + plain},
         };
         for (const auto &[name, bytes, record] : rows) {
             // An exact copy on the heap, so that a sanitizer sees any read past the end.

@@ -177,7 +177,7 @@ private slots:
     {
         const Play emptyFile = [this](ScriptedFtpServer &) { QFile::resize(target, 0); };
         const auto again = [this] { page->startRestore(); };
-        const QString none, both = "10:08 10:08"_s, twice = both + " "_s + both;
+        const QString none, both = "10:08 10:08"_s, four = both + " "_s + both;
         const QString unstored = "3 Settings upload failed!"_s,
                       restored = restoreComplete + " "_s + restoreComplete;
         addRows<Transfer>({
@@ -188,7 +188,7 @@ private slots:
             {"the N6 falls silent", fallSilent, unstored, none},
             {"another N6 comes while the user is asked", asUsual, unstored, none, 0, {}, Asked, another},
             {"another N6 comes on the way", asUsual, unstored, none, 1, {}, Moving, another},
-            {"another one is begun while its end is told", asUsual, restored, twice, 2, {}, Told, again},
+            {"another one is begun while its end is told", asUsual, restored, four, 2, {}, Told, again},
             {"the page goes on the way", asUsual, {}, none, 1, {}, Moving, gone},
         });
     }

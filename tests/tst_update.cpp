@@ -192,7 +192,7 @@ private slots:
     void anUpdateFollowsAnyEnd_data()
     {
         const Upload::Patience shortForReplies{1000, 100000}, shortForConfirmation{100000, 1000};
-        const Play confirmLate = [](ScriptedFtpServer &display) { display.confirmAfterMs = 9500; };
+        const Play confirmLate = [](ScriptedFtpServer &display) { display.confirmAfterMs = 8000; };
         addRows<End>({
             {"refused at the greeting", answering("", "421 Busy\r\n"), {}},
             {"connection refused", &PlayedDisplay::close, {}},
