@@ -17,22 +17,17 @@ from boat.n6 import N6  # noqa: E402
 
 
 class Boat(unittest.TestCase):
-    def run_in_it(self, *command, **variables):
+    def test_status_and_arguments_pass_through_also_where_namespaces_are_refused(self):
+        folder = self.enterContext(tempfile.TemporaryDirectory())
+        pathlib.Path(folder, "unshare").symlink_to("/bin/false")
         # Without what says that a boat network is already here.
         outside = {name: value for name, value in os.environ.items() if not name.startswith("KELVORA_BOAT_")}
-        command = [ROOT / "scripts/in-boat-network", *command]
-        return subprocess.run(command, env={**outside, **variables}, capture_output=True, text=True)
-
-    def test_status_and_arguments_pass_through(self):
-        ended = self.run_in_it("sh", "-c", 'printf "%s" "$1"; exit 7', "sh", "a  b")
-        self.assertEqual((ended.returncode, ended.stdout), (7, "a  b"))
-
-    def test_where_namespaces_are_refused_the_command_runs_directly(self):
-        with tempfile.TemporaryDirectory() as folder:
-            pathlib.Path(folder, "unshare").symlink_to("/bin/false")
-            refusing = {"PATH": f"{folder}:{os.environ['PATH']}", "TMPDIR": folder}
-            ended = self.run_in_it("printenv", "KELVORA_BOAT_PREFIX", **refusing)
-        self.assertEqual(ended.stdout, "127.0.0.\n")
+        command = [ROOT / "scripts/in-boat-network", "sh", "-c", 'echo "$1 $KELVORA_BOAT_PREFIX"; exit 7', "sh", "a  b"]
+        for path, prefix in ((os.environ["PATH"], r"\d"), (f"{folder}:{os.environ['PATH']}", "127.0.0.")):
+            environment = {**outside, "PATH": path, "TMPDIR": folder}
+            ended = subprocess.run(command, env=environment, capture_output=True, text=True)
+            self.assertEqual(ended.returncode, 7)
+            self.assertRegex(ended.stdout, f"^a  b {prefix}")
 
     def test_a_reset_needs_the_serial_and_the_archive_survives_it(self):
         home = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))

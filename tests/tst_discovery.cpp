@@ -1,9 +1,8 @@
 // clazy:excludeall=non-pod-global-static
-// What the tool makes of heartbeats: the decoder, the client's records and signals, and the N6's commands.
+// What the tool makes of heartbeats: the decoder, the client's records and signals.
 
 #include "discovery/heartbeat.h"
 #include "discovery/interfaces.h"
-#include "discovery/n6commands.h"
 #include "discovery/protocol.h"
 #include "discovery/udphbclient.h"
 #include "tests/support/heartbeatbytes.h"
@@ -26,7 +25,7 @@ namespace
 {
 
 constexpr float infinite = std::numeric_limits<float>::infinity();
-constexpr float none = std::numeric_limits<float>::quiet_NaN();
+constexpr float noNumber = std::numeric_limits<float>::quiet_NaN();
 
 QStringList logged;
 
@@ -100,14 +99,12 @@ private slots:
             {"an e-ink display tells less", full(Eink), text + "nan V 351.13 lux EINK  false true"_s},
             {"a gyro", full(Gyro), text + "12.35 V -1"_s},
             {"an N6", HeartbeatBytes::n6("N", 5, 6, -2), "N OS 5.1.2-rt APP 3.6 12 V 5 6 -2 1.4"_s},
-            {"the shortest", measured(1, 1), QLatin1Char('S') + plain},
             {"nothing is negative", measured(-1, -infinite), "S OS  APP  0 V 0 lux SCREEN  false false"_s},
-            {"no number", measured(none, none), "S OS  APP  nan V 0 lux SCREEN  false false"_s},
+            {"no number", measured(noNumber, noNumber), "S OS  APP  nan V 0 lux SCREEN  false false"_s},
             {"enormous", measured(1e38, infinite), "S OS  APP  inf V 1e+38 lux SCREEN  false false"_s},
             {"not valid", older("S", 54, Screen, 0), ignored},
             {"an unknown kind", QByteArray(whole).replace(0, 1, "!"), ignored},
             {"less than traffic", whole.left(17), ignored},
-            {"as little as traffic", whole.left(18), ignored},
             {"a first length to the end", whole.left(38) + QByteArray("\1\0", 2), ignored},
             {"a negative first length", whole.left(38) + QByteArray("\x80\0", 2) + whole, ignored},
             {"a second length beyond the end", whole.left(38) + QByteArray("\0\1", 2), ignored},
@@ -119,7 +116,6 @@ private slots:
             {"a hub", older("VHUB1", 54), ignored},
             {"an older name in another kind", older("VK38", 38, Screen2), ignored},
             {"an older name behind the end", measured(1, 1).replace(3, 4, "VK38"), QLatin1Char('S') + plain},
-            {"another case", measured(1, 1).replace(1, 4, "vk38"), "vk38"_s + plain},
         };
         for (const auto &[name, bytes, record] : rows) {
             // An exact copy on the heap, so that a sanitizer sees any read past the end.
@@ -133,18 +129,13 @@ private slots:
     void choosesInterfaces()
     {
         using Net = QNetworkInterface;
-        const Net::InterfaceFlags unplugged = Net::IsUp | Net::CanMulticast,
-                                  live = unplugged | Net::IsRunning;
-        using Row = std::tuple<Net::InterfaceFlags, const char *, bool, bool>;
-        for (const auto &[flags, name, asks, listens] : {Row{live, "my virtual", true, true},
-                                                         {live, "VirtualBox Host-Only", true, false},
-                                                         {unplugged, "eth0", true, false},
-                                                         {live & ~Net::IsUp, "eth0", false, false},
-                                                         {live & ~Net::CanMulticast, "eth0", false, false},
-                                                         {live | Net::IsLoopBack, "lo", false, false}}) {
-            QCOMPARE(interfaces::asksOn(flags), asks);
-            QCOMPARE(interfaces::listensOn(flags, QLatin1String(name)), listens);
-        }
+        const Net::InterfaceFlags live = Net::IsUp | Net::CanMulticast | Net::IsRunning;
+        QVERIFY(interfaces::listensOn(live, "my virtual"_s));
+        QVERIFY(interfaces::asksOn(live & ~Net::IsRunning));
+        QVERIFY(!interfaces::listensOn(live & ~Net::IsRunning, {}));
+        QVERIFY(!interfaces::listensOn(live, "VirtualBox Host-Only"_s));
+        for (const auto flags : {live & ~Net::IsUp, live & ~Net::CanMulticast, live | Net::IsLoopBack})
+            QVERIFY(!interfaces::asksOn(flags) && !interfaces::listensOn(flags, {}));
     }
 
     void signalsEachChangeInOrder()
@@ -180,7 +171,6 @@ private slots:
                      QLatin1String(server));
         }
         QVERIFY(client.n6Device().address == at("10.0.0.7") && client.gyroDevice().address == at("10.0.0.3"));
-        QCOMPARE(client.screens().at(0).type, "SCREEN2"_s);
         QCOMPARE(logged.join(QLatin1Char('|')).remove("udpHB: "_s),
                  "Screen IP 10.0.0.1|Server changed: 10.0.0.1|E-Ink IP 10.0.0.2|Server removed: 10.0.0.1|"
                  "N6 IP 169.254.3.4|Server changed: 169.254.3.4|Server changed: 10.0.0.5|"
@@ -197,35 +187,19 @@ private slots:
         client.tick();
         QCOMPARE(logged, QStringList("Problem binding udpSocket on port 4020"_s));
 
-        greedy.close();
-        client.createSockets();
-        const QByteArray whole = HeartbeatBytes::device(Screen, "A");
-        for (const QByteArray &datagram : {QByteArray(), QByteArray(60000, 'x'), QByteArray(), whole})
-            greedy.writeDatagram(datagram, at("127.0.0.1"), protocol::heartbeatPort);
-        QTRY_COMPARE(client.screens().size(), 1);
-        QCOMPARE(client.screens().at(0).address, at("127.0.0.1"));
-        // A second copy of the tool hears the same.
-        const udpHBClient other(udpHBClient::Passive);
-        QCOMPARE(logged.filter("Problem"_s).size(), 1);
-        const auto boat = QNetworkInterface::interfaceFromName("boat0"_s);
         if (!boat.isValid())
             QSKIP("multicast needs a network namespace");
         greedy.close();
         QVERIFY(greedy.bind(QHostAddress(QHostAddress::AnyIPv4)));
         greedy.setMulticastInterface(boat);
-        greedy.writeDatagram(whole, protocol::multicastGroup(), protocol::heartbeatPort);
-        QTRY_COMPARE(other.screens().size(), 1);
-        QTRY_COMPARE(client.screens().size(), 2);
-    }
-
-    void saysWhatIsMeant()
-    {
-        QCOMPARE(n6FactoryResetCommand("N6-\u00e9"_s), QByteArray("\x0fN6-\xe9").leftJustified(17, '\0'));
-        QCOMPARE(n6FactoryResetCommand(QString(20, QLatin1Char('x'))), '\x0f' + QByteArray(20, 'x'));
-        QString names;
-        for (int model = 0; model < 7; ++model)
-            names += n6ModelName(model) + QLatin1Char('|');
-        QCOMPARE(names, "Unknown|N6 Larch|N6 Moss|N6 Flint|N6 Fjord|N6 Heron|Unknown|"_s);
+        client.createSockets();
+        // A second copy of the tool hears the same.
+        const udpHBClient other(udpHBClient::Passive);
+        QCOMPARE(logged.size(), 1);
+        for (const QByteArray &datagram : {QByteArray(), QByteArray(60000, 'x'), full(Screen)})
+            greedy.writeDatagram(datagram, protocol::multicastGroup(), protocol::heartbeatPort);
+        QTRY_VERIFY(client.screens().size() == 1 && other.screens().size() == 1);
+        QCOMPARE(client.screens().at(0).address, boat.addressEntries().constFirst().ip());
     }
 
     // What takes real seconds: silence, repeats and renewed sockets.
@@ -258,54 +232,41 @@ private slots:
                  "screenRemoved listUpdated screenUpdated screenRemoved screenRemoved n6BeaconReceived "
                  "gyroBeaconReceived serverRemoved listUpdated listUpdated"_s);
         QVERIFY(client.screens().size() == 1 && client.screens().at(0).serial == "new"_s);
-        QVERIFY(!client.gyroOnline() && client.n6Device().address.isNull() &&
-                client.gyroDevice().address.isNull());
+        QVERIFY(client.n6Device().address.isNull() && client.gyroDevice().address.isNull());
     }
 
     void confirmsSeveralServers()
     {
-        udpHBClient client(2);
-        client.processHeartbeat(HeartbeatBytes::device(Screen, "A", true), at("127.0.0.21"));
-        client.processHeartbeat(HeartbeatBytes::n6(), at("127.0.0.20"));
-        QElapsedTimer conflict;
+        udpHBClient client(udpHBClient::Passive);
         follow(client);
-        QSignalSpy several(&client, &udpHBClient::multipleServers);
+        QElapsedTimer conflict;
         for (int round = 0; round < 2; ++round) {
-            conflict.start();
-            QVERIFY(several.wait(protocol::multipleServersConfirmMs + 2 * protocol::tickIntervalMs));
-            QVERIFY(conflict.elapsed() > protocol::multipleServersConfirmMs - protocol::tickIntervalMs);
-            QCOMPARE(signalledSince(), "serverRemoved multipleServers"_s);
-            QVERIFY(client.multipleServersDetected() && client.serverAddress().isNull());
-            // The N6 would time out in the second round.
             client.processHeartbeat(HeartbeatBytes::n6(), at("127.0.0.20"));
             client.processHeartbeat(HeartbeatBytes::device(Screen, "A", true), at("127.0.0.21"));
             signalledSince();
+            conflict.start();
+            QTRY_VERIFY(!noted.isEmpty());
+            QCOMPARE(signalledSince(), "serverRemoved multipleServers"_s);
+            QVERIFY(conflict.elapsed() > protocol::multipleServersConfirmMs - protocol::tickIntervalMs);
+            QVERIFY(client.multipleServersDetected() && client.serverAddress().isNull());
         }
-        client.processHeartbeat(HeartbeatBytes::device(Screen, "A", false), at("127.0.0.21"));
+        client.processHeartbeat(HeartbeatBytes::device(Screen, "A"), at("127.0.0.21"));
         QCOMPARE(signalledSince(), "screenUpdated serverChanged listUpdated"_s);
         QVERIFY(!client.multipleServersDetected());
     }
 
-    void asksAgainAndRenewsSockets_data()
-    {
-        QTest::addColumn<int>("mode");
-        QTest::addColumn<bool>("serverKnown");
-        QTest::addColumn<int>("rounds");
-        // Rounds of multicast within six and a half seconds: one at the start, another after more than four.
-        QTest::newRow("active, server silent") << 0 << true << 2;
-        QTest::newRow("sparing, nobody there") << 1 << false << 2;
-        QTest::newRow("sparing, server silent") << 1 << true << 1;
-        QTest::newRow("passive") << 2 << true << 0;
-    }
+    // Rounds of multicast within six ticks: one at the start, another after more than four seconds.
+    void asksAgainInSpiteOfAServer() { ask(udpHBClient::Active, true, 2); }
+    void asksAgainWhereNobodyIs() { ask(udpHBClient::UntilServer, false, 2); }
+    void asksOnlyASilentServerAgain() { ask(udpHBClient::UntilServer, true, 1); }
+    void asksNobody() { ask(udpHBClient::Passive, true, 0); }
 
-    void asksAgainAndRenewsSockets()
+private:
+    // Asks so often, with a server or without, and renews the sockets when nothing is heard.
+    void ask(int mode, bool serverKnown, int rounds)
     {
-        const auto boat = QNetworkInterface::interfaceFromName("boat0"_s);
         if (!boat.isValid())
             QSKIP("multicast needs a network namespace");
-        QFETCH(int, mode);
-        QFETCH(bool, serverKnown);
-        QFETCH(int, rounds);
         // A device that answers nothing but notes the ports from which it is asked.
         QUdpSocket device;
         QVERIFY(device.bind(QHostAddress(QHostAddress::AnyIPv4), protocol::requestPort));
@@ -321,12 +282,10 @@ private slots:
             }
         });
         udpHBClient client(mode);
-        QTRY_COMPARE(withAll.size(), rounds == 0 ? 0 : 2);
         if (serverKnown)
             client.processHeartbeat(HeartbeatBytes::device(Screen, "A", true), at("127.0.0.1"));
-        QElapsedTimer quiet;
-        quiet.start();
-        QTRY_VERIFY_WITH_TIMEOUT(quiet.elapsed() > 6500, 8000);
+        const QSignalSpy ticks(&client, &udpHBClient::heartbeatTick);
+        QTRY_COMPARE_WITH_TIMEOUT(ticks.size(), 6, 8000);
         // Each round goes out from both sockets.
         QCOMPARE(withAll.size(), 2 * rounds);
         QCOMPARE(!alone.isEmpty(), serverKnown && rounds > 0);
@@ -335,7 +294,6 @@ private slots:
                                   5000);
     }
 
-private:
     // Notes each signal of the client but its ticks.
     void follow(const udpHBClient &client)
     {
@@ -350,6 +308,7 @@ private:
     // The names of the signals that came since the last call.
     QString signalledSince() { return QString::fromLatin1(std::exchange(noted, {}).join(' ')); }
 
+    const QNetworkInterface boat = QNetworkInterface::interfaceFromName("boat0"_s);
     QByteArrayList noted;
 };
 

@@ -25,6 +25,7 @@ inline QPushButton *button(const QWidget &page, const QString &text)
 /// Types this name into an open file dialog and presses its button.
 inline void typeFile(QFileDialog *dialog, const QString &path)
 {
+    dialog->setOption(QFileDialog::DontConfirmOverwrite);
     dialog->setDirectory(QFileInfo(path).path());
     dialog->findChild<QLineEdit *>()->setText(QFileInfo(path).fileName());
     static_cast<QDialog *>(dialog)->accept();
@@ -50,17 +51,14 @@ private:
             return;
         answered = dialog;
         auto *box = qobject_cast<QMessageBox *>(dialog);
-        const bool overwrite = box != nullptr && qobject_cast<QFileDialog *>(box->parent()) != nullptr;
-        if (box && !overwrite)
+        if (box)
             boxes += QString::number(box->icon()) + QLatin1Char(' ') + box->windowTitle();
-        if (overwrite)
-            box->button(QMessageBox::Yes)->click();
-        else if (answer && answer(dialog))
+        if (answer && answer(dialog))
             return;
-        else if (box)
+        if (box)
             box->close();
-        else if (auto *chooser = qobject_cast<QFileDialog *>(dialog))
-            typeFile(chooser, file);
+        else
+            typeFile(qobject_cast<QFileDialog *>(dialog), file);
         answered = nullptr;
     }
 

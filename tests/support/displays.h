@@ -1,4 +1,5 @@
-// Displays of type SCREEN that a test plays: an FTP server each, and heartbeats when the test has them sent.
+// What FTP servers do in tests, and displays of type SCREEN: a server each, and heartbeats when the test has
+// them sent.
 #pragma once
 
 #include "discovery/protocol.h"
@@ -7,25 +8,31 @@
 
 #include <QUdpSocket>
 
+/// What a server does in a test.
+using Play = std::function<void(ScriptedFtpServer &)>;
+
+inline Play answering(const QByteArray &verb, const QByteArray &reply)
+{
+    return [=](ScriptedFtpServer &server) { server.answers[verb] = reply; };
+}
+
+/// In the middle of a transfer.
+inline const Play hangUp = [](ScriptedFtpServer &server) {
+    server.onTheWay = [&] { server.control->abort(); };
+};
+
 class PlayedDisplay : public ScriptedFtpServer
 {
 public:
-    explicit PlayedDisplay(int number) : ScriptedFtpServer(addressOf(number), protocol::ftpPort)
-    {
-        heart.bind(addressOf(number));
-    }
+    explicit PlayedDisplay(int number) : ScriptedFtpServer(addressOf(number), protocol::ftpPort) {}
 
-    static QHostAddress addressOf(int number)
-    {
-        return QHostAddress(0x7F000014U + static_cast<quint32>(number));
-    }
+    static QHostAddress addressOf(int number) { return QHostAddress(0x7F000014U + quint32(number)); }
 
-    void beat()
+    void beat() const
     {
+        QUdpSocket heart;
+        heart.bind(serverAddress());
         heart.writeDatagram(HeartbeatBytes::device(Screen, "S"), QHostAddress::LocalHost,
                             protocol::heartbeatPort);
     }
-
-private:
-    QUdpSocket heart;
 };

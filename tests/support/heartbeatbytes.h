@@ -21,15 +21,11 @@ struct HeartbeatBytes {
 
     QByteArray build() const
     {
-        QByteArray bytes(38, '\0');
-        bytes[0] = static_cast<char>(kind);
-        bytes.replace(1, 16, serial.leftJustified(16, '\0', true));
-        bytes[17] = static_cast<char>(valid);
-        bytes.replace(18, 6, firmware.leftJustified(6, '\0', true));
+        QByteArray bytes = char(kind) + serial.leftJustified(16, '\0', true) + char(valid) +
+                           firmware.leftJustified(6, '\0', true) + QByteArray(12, '\0') + char(lsFlag) +
+                           char(serverFlag);
         qToLittleEndian(lux, bytes.data() + 24);
         qToLittleEndian(volts, bytes.data() + 32);
-        bytes[36] = static_cast<char>(lsFlag);
-        bytes[37] = static_cast<char>(serverFlag);
         for (const QByteArray &version : {system, application})
             bytes += static_cast<char>(version.size()) + version;
         return bytes;
@@ -46,11 +42,8 @@ struct HeartbeatBytes {
     static QByteArray n6(const QByteArray &serial = "N6", int model = 1, int port1 = 0, int port2 = 0,
                          const QByteArray &application = "3.6")
     {
-        QByteArray bytes = HeartbeatBytes{N6, serial, 0, application}.build();
-        bytes[29] = static_cast<char>(model);
-        bytes[30] = static_cast<char>(port1);
-        bytes[31] = static_cast<char>(port2);
-        return bytes;
+        const char modes[] = {char(model), char(port1), char(port2)};
+        return HeartbeatBytes{N6, serial, 0, application}.build().replace(29, 3, modes, 3);
     }
 };
 

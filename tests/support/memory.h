@@ -1,14 +1,11 @@
 // What a test's own process holds.
 #pragma once
 
-#include <QFile>
+#include "tests/support/files.h"
 
 /// In bytes; 0 where the system does not tell.
 inline qint64 residentMemory()
 {
-    QFile statistics(QStringLiteral("/proc/self/statm"));
     constexpr qint64 pageBytes = 4096;
-    return statistics.open(QIODevice::ReadOnly)
-               ? statistics.readAll().split(' ').value(1).toLongLong() * pageBytes
-               : 0;
+    return contents(QStringLiteral("/proc/self/statm")).split(' ').value(1).toLongLong() * pageBytes;
 }
