@@ -1,3 +1,5 @@
+# Written with care but never run: nobody has built the disk image or opened it on macOS yet.
+
 set(icon ${CMAKE_CURRENT_SOURCE_DIR}/icons/kelvoratool.icns)
 target_sources(KelvoraTool PRIVATE ${icon})
 set_source_files_properties(${icon} TARGET_DIRECTORY KelvoraTool PROPERTIES MACOSX_PACKAGE_LOCATION Resources)
