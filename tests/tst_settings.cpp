@@ -137,7 +137,7 @@ private slots:
         const Play closedFolder = [this](ScriptedFtpServer &) { QVERIFY(QDir().mkdir(part)); };
         const Play growing = has({"none", "", gzip.left(5), gzip.chopped(1), twice.chopped(1), padded}),
                    never = has({"none"}), soon = has({"none", gzip}), cut = answering("SIZE", "213 100\r\n"),
-                   noEnd = answering("PASS", "230-" + QByteArray(3000000, 'x'));
+                   noEnd = patiently(answering("PASS", "230-" + QByteArray(3000000, 'x')));
         const auto replaced = [this] { hear(n6Host, "N6-2"); };
         const auto moved = [this] { hear(otherHost, "N6-\xc3\xa9"); };
         const auto several = [this] {
