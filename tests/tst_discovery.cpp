@@ -196,9 +196,12 @@ private slots:
         // A second copy of the tool hears the same.
         const udpHBClient other(udpHBClient::Passive);
         QCOMPARE(logged.size(), 1);
-        for (const QByteArray &datagram : {QByteArray(), QByteArray(60000, 'x'), full(Screen)})
-            greedy.writeDatagram(datagram, protocol::multicastGroup(), protocol::heartbeatPort);
-        QTRY_VERIFY(client.screens().size() == 1 && other.screens().size() == 1);
+        const auto send = [&](const QByteArray &datagram) {
+            return greedy.writeDatagram(datagram, protocol::multicastGroup(), protocol::heartbeatPort) >= 0;
+        };
+        QVERIFY(send({}) && send(QByteArray(60000, 'x')));
+        // A busy system may lose one.
+        QTRY_VERIFY(send(full(Screen)) && client.screens().size() == 1 && other.screens().size() == 1);
         QCOMPARE(client.screens().at(0).address, boat.addressEntries().constFirst().ip());
     }
 
