@@ -93,6 +93,7 @@ private slots:
              "finished 1, state 0, state 1, state 2, state 3, finished 2, state 4, finished 3, finished 4"},
             // Transfers that go well.
             {"an empty text", "put-empty", "TYPE A|PASV|ALLO 0|STOR f", "of 0, of 0, finished 1"},
+            {"no number for a size", "get", get, "ready 5, finished 1", "SIZE 200 Fine"},
             {"a negative size", "get", get, "of 0, ready 5, finished 1", "SIZE 213 -7"},
             {"neither room nor size", "put get", put + '|' + get,
              "of 3, finished 1, of 0, ready 5, finished 2", "ALLO 502 No|SIZE 550 No"},
@@ -122,7 +123,8 @@ private slots:
             {"no source", "source-gone-early put-file", "TYPE I|PASV|ALLO 5|STOR f|ABOR",
              "of 5, " + unreadable},
             {"the source shrinks", "source-shrinks put-large", putEnded, ofLarge + unreadable},
-            {"the source vanishes", "source-gone put-large", putEnded, ofLarge + unreadable},
+            {"the source vanishes", "source-gone put-endless", "TYPE I|PASV|STOR f|ABOR",
+             "of 0, " + unreadable},
             {"a cut upload", "cut put-large", putLarge, ofLarge + putCut},
             {"a cut upload is called done", "no-last-word cut-done put-large", putLarge, ofLarge + putCut},
             {"cut at once", "cut-at-once put", put, "of 3, " + putCut, "STOR 150 Go"},
