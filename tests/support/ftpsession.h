@@ -189,7 +189,7 @@ private:
 
     QIODevice *pausingStream(const QString &end)
     {
-        const QString half = "head -c 150000 /dev/zero; "_s;
+        const QString half = "head -c 100500 /dev/zero; "_s;
         auto *const process = new QProcess(ftp);
         process->start("/bin/sh"_s, {"-c"_s, half + "sleep .1; "_s + half + end});
         file = process;
