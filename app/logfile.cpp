@@ -52,7 +52,8 @@ bool LogFile::start(const QString &name)
 QString LogFile::errorString() const
 {
     return QCoreApplication::translate("LogFile", "Cannot write to %1: %2")
-        .arg(QDir::toNativeSeparators(file.fileName()), file.errorString());
+        .arg(QDir::toNativeSeparators(file.fileName()),
+             QCoreApplication::translate("QIODevice", file.errorString().toUtf8()));
 }
 
 void LogFile::handle(QtMsgType level, const QMessageLogContext &context, const QString &message)

@@ -5,6 +5,7 @@
 #include <QFile>
 #include <QFileDialog>
 #include <QMessageBox>
+#include <QOperatingSystemVersion>
 #include <QPointer>
 #include <QSettings>
 
@@ -55,12 +56,13 @@ QString run(const QPointer<QFileDialog> &dialog)
 }
 
 // The dialog adds the ending only to a name without any, and takes the "2026" of "Backup 25.11.2026" for one.
-// That of Windows knows only what stands behind the last dot of the ending.
+// That of Windows adds only what stands behind the last dot of the ending.
 QString withEnding(const QString &fileName)
 {
     if (fileName.endsWith(ending(), Qt::CaseInsensitive))
         return fileName;
-    const bool isHalf = fileName.endsWith(QLatin1String(".gz"), Qt::CaseInsensitive);
+    const bool isHalf = QOperatingSystemVersion::currentType() == QOperatingSystemVersion::Windows &&
+                        fileName.endsWith(QLatin1String(".gz"), Qt::CaseInsensitive);
     return fileName.chopped(isHalf ? 3 : 0) + ending();
 }
 

@@ -21,6 +21,11 @@ QString archivefile::finalName(QString partName)
     return partName.remove(QLatin1String(".part"));
 }
 
+QString archivefile::reasonOf(const QFileDevice &file)
+{
+    return QCoreApplication::translate("QIODevice", file.errorString().toUtf8());
+}
+
 archivefile::Placing::Placing(const QString &part, const QString &confirmed)
     : source(part), target(finalName(part)), mayReplace(target.fileName() == confirmed)
 {
@@ -42,7 +47,7 @@ archivefile::Placing::Progress archivefile::Placing::goOn()
     if (target.commit())
         return Progress::Placed;
     // Windows replaces no file that another program has open.
-    reason = target.errorString();
+    reason = reasonOf(target);
     return target.error() == QFileDevice::RenameError ? Progress::NoPlace : Progress::Unreadable;
 }
 
@@ -56,6 +61,6 @@ bool archivefile::Placing::open()
     }
     if (target.open(QIODevice::WriteOnly))
         return true;
-    reason = target.errorString();
+    reason = reasonOf(target);
     return false;
 }

@@ -17,6 +17,10 @@ QString partName(const QString &fileName);
 /// The name that a finished part file takes: every ".part" is removed, also from its folders.
 QString finalName(QString partName);
 
+/// Why the file could not be opened or written, in the user's language: the toolkit leaves what the system
+/// said as it is.
+QString reasonOf(const QFileDevice &file);
+
 /// Puts a finished part file in its final place, a piece at a time, so that a large archive does not hold up
 /// the window. Until the last piece an older file of that name stays as it is.
 class Placing

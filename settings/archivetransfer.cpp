@@ -144,7 +144,7 @@ void ArchiveTransfer::attempt()
     setState(State::Fetching);
     currentFile = std::make_unique<QFile>(archivefile::partName(fileName));
     if (!currentFile->open(QIODevice::WriteOnly | QIODevice::Truncate)) {
-        end(Outcome::NoPartFile, fileAndReason(currentFile->fileName(), currentFile->errorString()));
+        end(Outcome::NoPartFile, fileAndReason(currentFile->fileName(), archivefile::reasonOf(*currentFile)));
         return;
     }
     currentReply = network->get(request());

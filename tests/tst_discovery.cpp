@@ -99,7 +99,7 @@ private slots:
             {"an e-ink display tells less", full(Eink), text + "nan V 351.13 lux EINK  false true"_s},
             {"a gyro", full(Gyro), text + "12.35 V -1"_s},
             {"an N6", HeartbeatBytes::n6("N", 5, 6, -2), "N OS 5.1.2-rt APP 3.6 12 V 5 6 -2 1.4"_s},
-            {"nothing is negative", measured(-1, -infinite), "S OS  APP  0 V 0 lux SCREEN  false false"_s},
+            {"nothing is negative", measured(-1, -1), "S OS  APP  0 V 0 lux SCREEN  false false"_s},
             {"no number", measured(noNumber, noNumber), "S OS  APP  nan V 0 lux SCREEN  false false"_s},
             {"enormous", measured(1e38, infinite), "S OS  APP  inf V 1e+38 lux SCREEN  false false"_s},
             {"not valid", older("S", 54, Screen, 0), ignored},
@@ -196,9 +196,12 @@ private slots:
         // A second copy of the tool hears the same.
         const udpHBClient other(udpHBClient::Passive);
         QCOMPARE(logged.size(), 1);
-        for (const QByteArray &datagram : {QByteArray(), QByteArray(60000, 'x'), full(Screen)})
-            greedy.writeDatagram(datagram, protocol::multicastGroup(), protocol::heartbeatPort);
-        QTRY_VERIFY(client.screens().size() == 1 && other.screens().size() == 1);
+        const auto send = [&](const QByteArray &datagram) {
+            return greedy.writeDatagram(datagram, protocol::multicastGroup(), protocol::heartbeatPort) >= 0;
+        };
+        QVERIFY(send({}) && send(QByteArray(60000, 'x')));
+        // A busy system may lose one.
+        QTRY_VERIFY(send(full(Screen)) && client.screens().size() == 1 && other.screens().size() == 1);
         QCOMPARE(client.screens().at(0).address, boat.addressEntries().constFirst().ip());
     }
 

@@ -89,7 +89,7 @@ private slots:
               Row{"LANG=it_IT.UTF-8", "-style fusion --version", "KelvoraTool 3", 0},
               Row{"LANG=it_IT.UTF-8", "-platform offscreen --no", "Opzione sconosciuta \"no\"", 2},
               Row{"LC_ALL=C", "-platform offscreen no", "argument 'no'", 2},
-              Row{"LC_ALL=C", "-platform offscreen --log /no/log", "/no/log: No such", 2}}) {
+              Row{"LANG=nl_NL.UTF-8", "-platform offscreen --log /no/log", "/no/log: Bestand", 2}}) {
             QProcess program;
             program.setEnvironment({QLatin1String(environment)});
             program.start(QStringLiteral(KELVORA_TOOL), QString::fromLatin1(arguments).split(u' '));

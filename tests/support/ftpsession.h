@@ -141,7 +141,7 @@ private:
                  }},
                 {"source-gone-early", [this] { before("PASV", [this] { delete file; }); }},
                 {"source-gone", [this] { midway([this] { delete file; }); }},
-                {"source-shrinks", [this] { midway([this] { file->resize(0); }); }},
+                {"source-shrinks", [this] { midway([this] { qobject_cast<QFile *>(file)->resize(0); }); }},
                 {"abort-midway", [this] { midway([this] { ftp->abort(); }); }},
                 {"cut-at-once", [this] { before("ALLO", [this] { server.endData(); }); }},
                 {"cut", [this] { midway([this] { server.endData(); }); }},
@@ -187,11 +187,12 @@ private:
         return sourceOrSink;
     }
 
-    QIODevice *pausingStream(const QString &end) const
+    QIODevice *pausingStream(const QString &end)
     {
-        const QString half = "head -c 150000 /dev/zero; "_s;
+        const QString half = "head -c 100500 /dev/zero; "_s;
         auto *const process = new QProcess(ftp);
         process->start("/bin/sh"_s, {"-c"_s, half + "sleep .1; "_s + half + end});
+        file = process;
         return process;
     }
 
@@ -233,5 +234,5 @@ private:
     }
 
     int loginId = 0;
-    QPointer<QFile> file;
+    QPointer<QIODevice> file;
 };
