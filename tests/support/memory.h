@@ -3,6 +3,13 @@
 
 #include "tests/support/files.h"
 
+/// A sanitizer keeps what was freed.
+#ifdef __SANITIZE_ADDRESS__
+constexpr bool isSanitized = true;
+#else
+constexpr bool isSanitized = false;
+#endif
+
 /// In bytes; 0 where the system does not tell.
 inline qint64 residentMemory()
 {
