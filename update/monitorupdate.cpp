@@ -50,8 +50,10 @@ MonitorUpdate::MonitorUpdate(udpHBClient *sharedClient, QString type, QWidget *p
 
 void MonitorUpdate::buildWidgets()
 {
-    setStyleSheet(QStringLiteral("QScrollArea { background-color: transparent; } "
-                                 "QWidget#devlist { background-color: transparent; }"));
+    // A frame that is seen, as on Windows, would cross the button.
+    setStyleSheet(
+        QStringLiteral("QScrollArea { background-color: transparent; border: 1px solid transparent; } "
+                       "QWidget#devlist { background-color: transparent; }"));
     auto *scrollArea = new QScrollArea(this);
     scrollArea->setWidgetResizable(true);
     auto *list = new QWidget;
