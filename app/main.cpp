@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QNetworkProxyFactory>
+#include <QOperatingSystemVersion>
 
 int main(int argc, char *argv[])
 {
@@ -24,8 +25,12 @@ int main(int argc, char *argv[])
     QNetworkProxyFactory::setUseSystemConfiguration(false);
     // Read by the toolkit while the application object is made.
     qputenv("QT_AUTO_SCREEN_SCALE_FACTOR", "1");
-    // Laptops are often set to 150 %, which rounded to 200 % would make the window larger than their screen.
-    QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
+    // Laptops with Windows are often set to 150 %, which rounded to 200 % would make the window larger than
+    // their screen. Other systems tell a scale from the screen's size in millimetres, which is none that was
+    // chosen.
+    if (QOperatingSystemVersion::currentType() == QOperatingSystemVersion::Windows)
+        QGuiApplication::setHighDpiScaleFactorRoundingPolicy(
+            Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
     // The icons have a second size for such screens.
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     LogFile log;
