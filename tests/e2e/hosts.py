@@ -1,16 +1,10 @@
 # The boat as a host beside that of the tool, on a network that has none of the outside, and what can go wrong there.
 
-import collections
-import contextlib
-import fcntl
 import os
 import pathlib
-import random
 import re
-import select
-import struct
+import socket
 import subprocess
-import threading
 import time
 import unittest
 
@@ -39,30 +33,6 @@ def end(process):
     process.communicate(timeout=20)
 
 
-def tap(name):
-    device = os.open("/dev/net/tun", os.O_RDWR)
-    set_interface, tap_without_header = 0x400454CA, 0x1002
-    fcntl.ioctl(device, set_interface, struct.pack("16sH22x", name.encode(), tap_without_header))
-    return device
-
-
-# Passes on what each tap hears to the other one, with loss (0 to 1) and delay (seconds), until one of them is gone: not
-# every kernel can do that itself.
-def wire(taps, loss, delay):
-    dice, under_way = random.Random(1), collections.deque()
-    with contextlib.suppress(OSError):
-        while True:
-            wait = max(0.0, under_way[0][0] - time.monotonic()) if under_way else None
-            for heard in select.select(taps, [], [], wait)[0]:
-                frame = os.read(heard, 4096)
-                if dice.random() >= loss:
-                    under_way.append((time.monotonic() + delay, taps[heard == taps[0]], frame))
-            while under_way and under_way[0][0] <= time.monotonic():
-                _, other, frame = under_way.popleft()
-                with contextlib.suppress(OSError):  # the interface is down
-                    os.write(other, frame)
-
-
 # The tool's host is the caller's own network namespace; the boat's is another one, at the other end of a cable. Where
 # there are no namespaces, the boat has the caller's own addresses. Loss and delay meet what either sends.
 class Network:
@@ -85,7 +55,10 @@ class Network:
         self.enter = ["nsenter", f"--target={self._boat.pid}", *stay_oneself, "--net"]
         self._ip("link delete boat0")
         if loss or delay:
-            threading.Thread(target=wire, args=([tap("boat0"), tap("sea")], loss, delay), daemon=True).start()
+            # Not every kernel can do that by itself. In percent and milliseconds, until the interfaces are gone.
+            impaired = ["=", "wirefilter", "-l", 100 * loss, "-d", 1000 * delay, "="]
+            start("dpipe", "vde_plug", "tap://boat0", *impaired, "vde_plug", "tap://sea", stdout=subprocess.DEVNULL)
+            until(lambda: {"boat0", "sea"} <= {name for _, name in socket.if_nameindex()}, 20, "a wire")
         else:
             self._ip("link add boat0 type veth peer name sea")
         self._ip(f"link set sea netns {self._boat.pid}", f"addr add {PREFIX}1/24 dev boat0", "link set boat0 up")
