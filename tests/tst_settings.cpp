@@ -44,9 +44,6 @@ public:
         answers["HELP"] = "214-SIZE MDTM\r\n214 Help\r\n";
         file = archive;
     }
-
-    /// Whether it has a client.
-    bool isTaken() const { return control != nullptr && control->state() == QAbstractSocket::ConnectedState; }
 };
 
 const Play asUsual = [](ScriptedFtpServer &) {};
