@@ -103,7 +103,6 @@ private slots:
             {"the stream pauses", "late-last-word put-stream", "TYPE I|PASV|STOR f", "of 0, finished 1"},
             {"the stream is cut off", "no-last-word cut-done put-endless", "TYPE I|PASV|STOR f",
              "of 0, finished 1"},
-            {"the last word comes early", "dripping get", get, "of 5, ready 5, ready 6, finished 1"},
             {"the last word comes before the connection", "late-connection active get",
              "TYPE I|SIZE f|PORT|RETR f", "finished 1, of 5, ready 5, finished 2",
              "PORT 200 Fine|RETR 150 Go\r\n226 Done\r\n200 Unasked"},
@@ -124,8 +123,6 @@ private slots:
             {"the sink vanishes", "sink-gone get-file", get + "|ABOR",
              "of 5, " + getFailed + "The file to download into is gone"},
             {"the source is missing", "put-closed", "", putFailed + "No such file or directory"},
-            {"the source vanishes before an upload", "source-gone-early put-file",
-             "TYPE I|PASV|ALLO 5|STOR f|ABOR", "of 5, " + unreadable},
             {"the source shrinks", "source-shrinks put-large", putEnded, ofLarge + unreadable},
             {"the source vanishes", "source-gone put-endless", "TYPE I|PASV|STOR f|ABOR",
              "of 0, " + unreadable},
@@ -142,8 +139,6 @@ private slots:
              "finished 1, failed 2, " + listRefused, "PORT 200 Fine|LIST 150 Go"},
             {"the data has no end", "endless get", get,
              "of 5, ready 5, " + getFailed + "The data connection timed out"},
-            {"the data has no end, and the server hangs up", "endless-lost get", get,
-             "of 5, ready 5, state 0, " + getFailed + "Aborted"},
             // Aborts.
             {"a log-in is aborted too late", "abort-at-password cd", "ABOR", ""},
             {"an upload is aborted", abortLarge, putEnded, ofLarge + putFailed + "Cut off",
@@ -259,17 +254,6 @@ private slots:
         QVERIFY(later == later && later != larger && QUrlInfo::lessThan(later, larger, QUrlInfo::BySize));
         QVERIFY(QUrlInfo::lessThan(larger, later, QUrlInfo::ByName));
         QVERIFY(QUrlInfo::lessThan(larger, later, QUrlInfo::ByDate));
-    }
-
-    // It once took time that grew with a power of their number.
-    void rejectsBlanksInTime()
-    {
-        QElapsedTimer clock;
-        clock.start();
-        for (int blanks = 0; blanks < 1000; ++blanks)
-            ftplisting::parseLine("drwxr-xr-x 1"_s + QString(blanks, QLatin1Char(' ')) +
-                                  QString(1000 - blanks, QLatin1Char('1')));
-        QVERIFY2(clock.elapsed() < 10000, qPrintable(QString::number(clock.elapsed())));
     }
 
     void staysSmallUnderEndlessLines()

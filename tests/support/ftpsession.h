@@ -139,7 +139,6 @@ private:
                          server.endData("12345");
                      };
                  }},
-                {"source-gone-early", [this] { before("PASV", [this] { delete file; }); }},
                 {"source-gone", [this] { midway([this] { delete file; }); }},
                 {"source-shrinks", [this] { midway([this] { qobject_cast<QFile *>(file)->resize(0); }); }},
                 {"abort-midway", [this] { midway([this] { ftp->abort(); }); }},
@@ -147,13 +146,7 @@ private:
                 {"cut", [this] { midway([this] { server.endData(); }); }},
                 {"reset", [this] { midway([this] { server.data->abort(); }); }},
                 {"cut-done", [this] { midway([this] { server.reply("226 Done\r\n"), server.endData(); }); }},
-                {"endless", [this] { sendBehindLastWord([] {}); }},
-                {"endless-lost",
-                 [this] {
-                     step = [this](const QByteArray &signal) { signal == "state 0" ? ftp->abort() : void(); };
-                     sendBehindLastWord([this] { server.control->disconnectFromHost(); });
-                 }},
-                {"dripping", [this] { sendBehindLastWord([this] { drip(); }); }}};
+                {"endless", [this] { sendBehindLastWord(); }}};
     }
 
     void note(const char *text, const QVariant &value)
@@ -215,22 +208,12 @@ private:
     }
 
     // The last reply comes behind the first data; then the data connection stays open.
-    void sendBehindLastWord(const std::function<void()> &then)
+    void sendBehindLastWord()
     {
-        server.onTheWay = [=] {
-            connect(ftp, &QFtp::readyRead, server.data, [=] {
-                server.reply("226 Done\r\n");
-                then();
-            });
+        server.onTheWay = [this] {
+            connect(ftp, &QFtp::readyRead, server.data, [this] { server.reply("226 Done\r\n"); });
             server.data->write(server.file);
         };
-    }
-
-    // Slowly, but never so slowly that it stands still.
-    void drip()
-    {
-        QTimer::singleShot(18000, server.data, [this] { server.data->write("6"); });
-        QTimer::singleShot(34000, server.data, [this] { server.endData(); });
     }
 
     int loginId = 0;
