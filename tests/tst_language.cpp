@@ -1,5 +1,4 @@
 #include "app/language.h"
-#include "app/logfile.h"
 #include "app/mainwindow.h"
 #include "app/verdict.h"
 #include "discovery/udphbclient.h"
@@ -16,7 +15,6 @@
 #include <QRegularExpression>
 #include <QTabBar>
 #include <QTabWidget>
-#include <QTemporaryDir>
 #include <QtTest>
 
 namespace
@@ -97,26 +95,6 @@ private slots:
             const QByteArray said = program.readAllStandardOutput();
             QVERIFY2(said.contains(answer) && program.exitCode() == status, said);
         }
-    }
-
-    void logHasEveryMessageAndItsTime()
-    {
-        const QTemporaryDir folder;
-        const QString name = folder.filePath("log"_s), time = R"(\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3})"_s;
-        static QStringList passedOn;
-        const auto before =
-            qInstallMessageHandler([](auto, auto &, const QString &message) { passedOn += message; });
-        {
-            LogFile log;
-            QVERIFY(log.start(name));
-            qDebug("one");
-            qWarning("two");
-            const QRegularExpression lines("^%1 debug: one\n%1 warning: two\n$"_s.arg(time));
-            QVERIFY(QString::fromUtf8(contents(name)).contains(lines));
-        }
-        qDebug("three");
-        qInstallMessageHandler(before);
-        QCOMPARE(passedOn.join(u' '), "one two three"_s);
     }
 
     void translationsAreComplete()

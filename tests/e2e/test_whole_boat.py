@@ -3,7 +3,6 @@
 import functools
 import hashlib
 import pathlib
-import re
 import socket
 import subprocess
 import sys
@@ -37,7 +36,7 @@ class Scenario(unittest.TestCase):
         self.addCleanup(self.tool.end)
         self.tool.sees(OK)
         for kind, count in (("Screen", 5), ("E-Ink", 1), ("Gyro", 1), ("N6", 1)):
-            until(lambda: self.logged(f"udpHB: {kind} IP {PREFIX}") == count, 60, f"each {kind} found once")
+            until(lambda: self.tool.logged(f"udpHB: {kind} IP {PREFIX}") == count, 60, f"each {kind} found once")
         if self.PAGE:
             self.tool.press(self.PAGE, "page tab")
 
@@ -45,10 +44,6 @@ class Scenario(unittest.TestCase):
         boat = Boat(self.folder / f"boat-{time.monotonic()}.log", self.network.enter, *options)
         self.addCleanup(boat.stop)
         return boat
-
-    # How often the tool said so.
-    def logged(self, pattern):
-        return len(re.findall(pattern, self.tool.log()))
 
     # Meanwhile the tool has to answer, and to notice.
     def pull_plug(self):
@@ -67,7 +62,7 @@ class Scenario(unittest.TestCase):
         return next(self.folder.glob(f"{kind}-update-*"))
 
     def finish(self):
-        self.assertEqual(self.tool.close(), 0, self.tool.log())
+        self.assertEqual(self.tool.close(), 0, self.tool.errors())
 
     # A scenario without a turn on the way.
     def run_through(self, *arguments, **options):
@@ -99,7 +94,7 @@ class DisplayUpdate(Scenario):
 
     def test_all_of_a_type_at_once_and_their_restart(self):
         self.begin(5_000_000, "--reboot=10")
-        until(lambda: self.logged(f"udpHB: Instrument {PREFIX}2[012] timed out") >= 3, 60, "the displays gone")
+        until(lambda: self.tool.logged(f"udpHB: Instrument {PREFIX}2[012] timed out") >= 3, 60, "the displays gone")
         self.tool.sees(rf".*{PREFIX}2[012].*", "check box", count=3)
         self.finish()
 

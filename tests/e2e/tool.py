@@ -14,6 +14,7 @@ from gi.repository import Atspi, GLib  # noqa: E402
 from hosts import end, start, until  # noqa: E402
 
 PROGRAM = os.environ["KELVORA_TOOL"]
+TIME = r"\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}"
 CHECKED, ENABLED, SHOWING = Atspi.StateType.CHECKED, Atspi.StateType.ENABLED, Atspi.StateType.SHOWING
 
 Element = collections.namedtuple("Element", "node role name states")
@@ -21,7 +22,7 @@ Element = collections.namedtuple("Element", "node role name states")
 
 class Tool:
     def __init__(self, folder, environment=()):
-        self._log = folder / "tool.log"
+        self._log, self._errors = folder / "tool.log", folder / "tool.err"
         self._display = display.Display()
         # Asking starts the service, which a program that starts first would miss.
         self._desktop = Atspi.get_desktop(0)
@@ -29,9 +30,10 @@ class Tool:
         self._desktop.set_cache_mask(Atspi.Cache.NONE)
         own = {"HOME": str(folder), "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1", **dict(environment)}
         # The display's drivers leak, which is no fault of the tool.
-        own.update(QT_XCB_GL_INTEGRATION="none", QT_FORCE_STDERR_LOGGING="1", QT_LOGGING_RULES="default.debug=true")
-        with open(self._log, "w", encoding="utf-8") as log:
-            self.process = start(PROGRAM, env={**os.environ, **own}, cwd=folder, stdout=log, stderr=log)
+        own.update(QT_XCB_GL_INTEGRATION="none", QT_FORCE_STDERR_LOGGING="1")
+        with open(self._errors, "w", encoding="utf-8") as errors:
+            command = [PROGRAM, "--log", self._log]
+            self.process = start(*command, env={**os.environ, **own}, cwd=folder, stdout=errors, stderr=errors)
         self.sees("KelvoraTool - v.*")
 
     # Closes the window as its frame's button does, and returns the program's status.
@@ -48,8 +50,13 @@ class Tool:
         self._display.close()
         end(self.process)
 
-    def log(self):
-        return self._log.read_text()
+    # How often the tool has logged such a message.
+    def logged(self, pattern):
+        return len(re.findall(rf"(?m)^{TIME} debug: {pattern}", self._log.read_text()))
+
+    # Its messages and those of a sanitizer.
+    def errors(self):
+        return self._errors.read_text()
 
     # What is on the screen.
 
@@ -67,7 +74,7 @@ class Tool:
     # The first of at least so many such elements, once they are there.
     def sees(self, name, role=".*", state=SHOWING, count=1, seconds=60):
         def enough():
-            assert self.process.poll() is None, f"the tool ended with {self.process.returncode}: {self.log()}"
+            assert self.process.poll() is None, f"the tool ended with {self.process.returncode}: {self.errors()}"
             found = self.elements(name, role, state)
             return found if len(found) >= count else None
 
