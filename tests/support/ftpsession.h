@@ -131,7 +131,6 @@ private:
                 {"deaf-port", [this] { before("PASV", [this] { nameDeafPort(); }); }},
                 // Is faster than the server at the port that PORT names.
                 {"stranger", [this] { before("PORT", [this] { server.openActive("127.0.0.2"); }); }},
-                {"late-connection", [this] { before("RETR", [this] { connectAfterLastWord(); }); }},
                 {"sink-gone",
                  [this] {
                      server.onTheWay = [this] {
@@ -187,15 +186,6 @@ private:
         process->start("/bin/sh"_s, {"-c"_s, half + "sleep .1; "_s + half + end});
         file = process;
         return process;
-    }
-
-    // The client hears of the last reply before it hears of the connection, which ends later still.
-    void connectAfterLastWord()
-    {
-        connect(ftp, &QFtp::readyRead, &server, [this] { server.endData(); });
-        server.openActive();
-        server.data->waitForConnected(longestWaitMs);
-        server.data->write(server.file);
     }
 
     // It has as many connections waiting as the system keeps, so that one more is not even refused.
