@@ -214,6 +214,7 @@ private slots:
         const auto rows = boat.rows();
         rows[1]->findChild<Upload *>()->setPatience(row.patience);
         const QSignalSpy ends(rows[1], &MonitorUpdateWidget::updateComplete);
+        boat.start()->setFocus();
         boat.choose(write(package, QByteArray(500000, 'v')));
         QVERIFY(boat.abort()->isVisible() && !boat.start()->isVisible());
         QCOMPARE(boat.told(1) + boat.told(2), "Downloading..."_s);
@@ -226,6 +227,8 @@ private slots:
         if (row.meanwhile == Forgotten)
             QTRY_VERIFY_WITH_TIMEOUT(boat.client.screens().isEmpty(), 9400);
         QTRY_VERIFY(boat.start()->isVisible());
+        // The next key press does not meet something else.
+        QCOMPARE(boat.window.focusWidget(), boat.start());
         QCOMPARE(ends.size(), 1);
         QCOMPARE(boat.told(1), row.meanwhile == Aborted ? "Aborted."_s : "Updating..."_s);
         QCOMPARE(boat.rows(), rows);
