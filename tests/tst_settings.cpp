@@ -270,8 +270,6 @@ private:
                 happens();
             return row.when == Unanswered;
         };
-        if (row.when == Copied)
-            connect(commands.data(), &QUdpSocket::readyRead, &n6, happens);
         if (row.when == Moving)
             n6.onTheWay = [&, play = n6.onTheWay] {
                 if (play)
@@ -284,6 +282,8 @@ private:
                 isLocked &= !control(restore)->isEnabled();
             });
         control(action)->click();
+        if (row.when == Copied)
+            happens();
         QTRY_VERIFY_WITH_TIMEOUT(hasHappened && answers.boxes.join(u' ') == row.boxes, longestTransferMs);
         QVERIFY(isReadable && isLocked);
         QTRY_VERIFY(!n6.isTaken() && !other.isTaken() && window->findChildren<QDialog *>().isEmpty());

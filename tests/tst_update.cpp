@@ -63,6 +63,9 @@ struct Displays {
     std::vector<std::unique_ptr<PlayedDisplay>> played;
 };
 
+// However slow the machine is.
+constexpr int longestUpdateMs = 30000;
+
 enum Meanwhile { Waited, Aborted, Forgotten };
 
 // What a display does, how far the session comes, how long the tool waits for it, and what happens to the
@@ -219,14 +222,14 @@ private slots:
         QVERIFY(boat.abort()->isVisible() && !boat.start()->isVisible());
         QCOMPARE(boat.told(1) + boat.told(2), "Downloading..."_s);
         // The first display takes its update without trouble.
-        QTRY_COMPARE(boat.told(0), "Updating..."_s);
+        QTRY_COMPARE_WITH_TIMEOUT(boat.told(0), "Updating..."_s, longestUpdateMs);
         QCOMPARE(boat.progress(0), 500000);
-        QTRY_VERIFY(odd.lines.join().contains(row.reached));
+        QTRY_VERIFY_WITH_TIMEOUT(odd.lines.join().contains(row.reached), longestUpdateMs);
         if (row.meanwhile == Aborted)
             boat.abort()->click();
         if (row.meanwhile == Forgotten)
             QTRY_VERIFY_WITH_TIMEOUT(boat.client.screens().isEmpty(), 9400);
-        QTRY_VERIFY(boat.start()->isVisible());
+        QTRY_VERIFY_WITH_TIMEOUT(boat.start()->isVisible(), longestUpdateMs);
         // The next key press does not meet something else.
         QCOMPARE(boat.window.focusWidget(), boat.start());
         QCOMPARE(ends.size(), 1);
@@ -241,7 +244,7 @@ private slots:
         boat.choose(package);
         QVERIFY(boat.progress(0) < 0);
         // It is over when both displays have it, and no sooner.
-        QTRY_VERIFY(boat.start()->isVisible());
+        QTRY_VERIFY_WITH_TIMEOUT(boat.start()->isVisible(), longestUpdateMs);
         for (const auto &display : boat.played)
             QCOMPARE(display->lines.join('|'), QByteArray(display == boat.played[2] ? "" : wholeSession));
         if (row.meanwhile != Forgotten)

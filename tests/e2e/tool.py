@@ -28,6 +28,7 @@ class Tool:
         self._desktop = Atspi.get_desktop(0)
         # Nobody listens to what would keep it right.
         self._desktop.set_cache_mask(Atspi.Cache.NONE)
+        Atspi.set_timeout(20000, 20000)  # a busy machine takes its time to answer
         own = {"HOME": str(folder), "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1", **dict(environment)}
         # The display's drivers leak, which is no fault of the tool.
         own.update(QT_XCB_GL_INTEGRATION="none", QT_FORCE_STDERR_LOGGING="1")
