@@ -117,10 +117,11 @@ class N6Page(Scenario):
     PAGE = "N6 Setup and Update"
 
     def update(self, *options, **network):
-        self.begin(*options, **network)
+        self.begin(*options, "--ftp-fault=n6=slow:500000", **network)
         package = self.package("n6", 1_000_000)
         self.tool.press("Update N6 Software")
         self.tool.choose_file("Open Update File", package, "Open")
+        self.tool.sees("Downloading...", "label")
         self.boat.saw(f"n6.* stored path=/update/image bytes=.* sha256={checksum(package)}")
         self.tool.sees("Updating...", "label")
         self.tool.sees("N6-.*", "label")
@@ -131,7 +132,7 @@ class N6Page(Scenario):
 
     test_update_and_restart = functools.partialmethod(update, "--reboot=10")
     test_update_with_delay = functools.partialmethod(update, **DELAY)
-    test_update_beside_a_second_n6 = functools.partialmethod(update, "--second-n6")
+    test_update_beside_a_second_n6 = functools.partialmethod(update, "--second-n6", "--ftp-fault=n6-2=slow:500000")
 
     def choose_next_mode(self, port):
         self.tool.sees("NMEA.*", "combo box", ENABLED, count=2)

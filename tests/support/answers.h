@@ -9,6 +9,7 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QStringList>
+#include <QTest>
 #include <QTimer>
 
 #include <algorithm>
@@ -31,7 +32,7 @@ inline void typeFile(QFileDialog *dialog, const QString &path)
     static_cast<QDialog *>(dialog)->accept();
 }
 
-// Answers every file dialog with a file and closes every box, and remembers the boxes.
+// Answers every file dialog with a file and every box with the return key, and remembers the boxes.
 class Answers : public QObject
 {
 public:
@@ -56,7 +57,7 @@ private:
         if (answer && answer(dialog))
             return;
         if (box)
-            box->close();
+            QTest::keyClick(box, Qt::Key_Return);
         else
             typeFile(qobject_cast<QFileDialog *>(dialog), file);
         answered = nullptr;
