@@ -243,6 +243,8 @@ int upload(quint16 port, const QString &fileName, int uploads)
 int connectTo(quint16 port)
 {
     const int connection = socket(AF_INET, SOCK_STREAM, 0);
+    if (connection < 0)
+        return -1;
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_port = htons(port);
@@ -255,18 +257,20 @@ int connectTo(quint16 port)
 // The same blocks by system calls alone, each sent for itself.
 int uploadBare(quint16 port, const QString &fileName)
 {
-    const int control = connectTo(port);
-    FILE *const replies = fdopen(control, "r");
-    char reply[512];
+    QTcpSocket control;
+    control.connectToHost(serverAddress(0), port);
     const auto ask = [&](const QByteArray &command) {
-        if (write(control, command.constData(), static_cast<std::size_t>(command.size())) != command.size())
-            return QByteArray();
-        return fgets(reply, sizeof reply, replies) ? QByteArray(reply) : QByteArray();
+        control.write(command);
+        while (!control.canReadLine() && control.waitForReadyRead()) {
+        }
+        return control.readLine();
     };
     ask({}); // the greeting
     const int data = connectTo(ask("EPSV\r\n").split('|').value(3).toUShort());
     ask("STOR x\r\n");
     const int source = open(fileName.toLocal8Bit().constData(), O_RDONLY);
+    if (data < 0 || source < 0)
+        return 1;
     std::array<char, 16384> block;
     ssize_t count = 0;
     while ((count = read(source, block.data(), block.size())) > 0) {
