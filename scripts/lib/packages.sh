@@ -7,7 +7,7 @@ readonly boat_packages=(python3 python3-pyftpdlib iproute2)
 readonly off_screen_packages=(xvfb xdotool imagemagick)
 # To use the program as a user would, on a display of its own.
 readonly end_to_end_packages=(xvfb at-spi2-core gir1.2-atspi-2.0 dbus python3-gi python3-xlib util-linux
-    vde-wirefilter vdeplug vde2)
+    vde-wirefilter vdeplug)
 # A library of vsftpd's.
 readonly server_packages=(libwrap0)
 # To check what a desktop reads.
