@@ -10,9 +10,11 @@
 #include <QAbstractEventDispatcher>
 #include <QCheckBox>
 #include <QDir>
+#include <QElapsedTimer>
+#include <QScopeGuard>
 #include <QTabWidget>
 #include <QTemporaryDir>
-#include <QtTest>
+#include <QTest>
 
 #include <atomic>
 #include <future>

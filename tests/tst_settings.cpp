@@ -14,8 +14,10 @@
 #include <QLabel>
 #include <QNetworkDatagram>
 #include <QSettings>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
 #include <QUdpSocket>
-#include <QtTest>
 
 namespace
 {

@@ -19,8 +19,10 @@
 #include <QDesktopServices>
 #include <QLabel>
 #include <QProgressBar>
+#include <QSignalSpy>
 #include <QTemporaryDir>
-#include <QtTest>
+#include <QTest>
+#include <QWheelEvent>
 
 #include <climits>
 
