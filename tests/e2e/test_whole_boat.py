@@ -11,7 +11,7 @@ import time
 import unittest
 
 from hosts import PREFIX, SIMULATOR, Boat, Network, until
-from tool import CHECKED, ENABLED, Tool
+from tool import BUTTON, CHECKED, ENABLED, Tool
 
 sys.dont_write_bytecode = True
 sys.path.insert(0, str(SIMULATOR))
@@ -88,7 +88,7 @@ class DisplayUpdate(Scenario):
     def finish(self):
         for number in (1, 2, 3):
             self.boat.saw(f"screen-{number} stored path=/update/image bytes=.* sha256={checksum(self.file)}", 120)
-        self.tool.sees("Start Update", "push button", ENABLED)
+        self.tool.sees("Start Update", BUTTON, ENABLED)
         self.assertEqual(self.boat.count("(screen2|eink)-. ftp-connect"), 0)
         super().finish()
 

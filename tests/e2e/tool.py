@@ -15,6 +15,7 @@ from hosts import end, start, until  # noqa: E402
 
 PROGRAM = os.environ["KELVORA_TOOL"]
 TIME = r"\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}"
+BUTTON = "(push )?button"  # without "push" since AT-SPI 2.54
 CHECKED, ENABLED, SHOWING = Atspi.StateType.CHECKED, Atspi.StateType.ENABLED, Atspi.StateType.SHOWING
 
 Element = collections.namedtuple("Element", "node role name states")
@@ -87,7 +88,7 @@ class Tool:
     # What the user does.
 
     # What pressing it with the mouse does is an element's first action.
-    def press(self, name, role="push button"):
+    def press(self, name, role=BUTTON):
         self.sees(name, role, ENABLED).node.do_action(0)
 
     def choose_file(self, title, path, button):
