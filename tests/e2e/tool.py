@@ -15,7 +15,7 @@ from hosts import end, start, until  # noqa: E402
 
 PROGRAM = os.environ["KELVORA_TOOL"]
 TIME = r"\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}"
-BUTTON = "(push )?button"  # without "push" since AT-SPI 2.54
+BUTTON = "(push )?button"  # newer desktops leave out "push"
 CHECKED, ENABLED, SHOWING = Atspi.StateType.CHECKED, Atspi.StateType.ENABLED, Atspi.StateType.SHOWING
 
 Element = collections.namedtuple("Element", "node role name states")
