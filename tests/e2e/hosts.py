@@ -34,8 +34,8 @@ def end(process):
 
 
 # The tool's host is the caller's own network namespace; the boat's is another one, at the other end of a cable. Where
-# there are no namespaces, the boat has the caller's own addresses. Loss (0 to 1) and delay (in seconds) meet what either
-# sends.
+# there are no namespaces, the boat has the caller's own addresses.
+# Loss (0 to 1) and delay (seconds) meet what either sends.
 class Network:
     def __init__(self, loss=0.0, delay=0.0):
         self.has_plug = PREFIX != "127.0.0."
