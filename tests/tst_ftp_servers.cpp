@@ -32,8 +32,10 @@ class TestFtpServers : public QObject
 private slots:
     void transfersWhole_data()
     {
-        const QString pyftpdlib = "/usr/bin/python3 -m pyftpdlib -w -i HOST -p PORT -d FOLDER"_s,
-                      listener = "socat TCP-LISTEN:PORT,bind=HOST,fork,reuseaddr EXEC:"_s;
+        const QString pyftpdlib = "/usr/bin/python3 -m pyftpdlib -w -i HOST -p PORT -d FOLDER"_s;
+        // Listens only for a server that is there.
+        const QString listener = "sh -c 'command -v %1 && exec "
+                                 "socat TCP-LISTEN:PORT,bind=HOST,fork,reuseaddr EXEC:%1,nofork'"_s;
         const QString vsftpd =
             "listen_address=HOST\nlisten_port=PORT\nanon_root=FOLDER\nsecure_chroot_dir=FOLDER\nlisten=YES\n"
             "run_as_launching_user=YES\nftp_username=nobody\nanon_upload_enable=YES\n"
@@ -50,8 +52,8 @@ private slots:
             {"vsftpd, active", "vsftpd FOLDER/options"_s, vsftpd, "active guest"},
             {"proftpd", "proftpd -n -q -c FOLDER/options"_s, proftpd},
             {"pure-ftpd", "pure-ftpd -S HOST,PORT -e -M"_s},
-            {"inetutils-ftpd", listener + "ftpd,nofork"_s},
-            {"ftpd-ssl", listener + "in.ftpd,nofork"_s, {}, "login"},
+            {"inetutils-ftpd", listener.arg("ftpd"_s)},
+            {"ftpd-ssl", listener.arg("in.ftpd"_s), {}, "login"},
             {"aioftp", "/usr/bin/python3 -m aioftp --host HOST --port PORT"_s},
             {"twisted", "twistd3 -n --pidfile= -l- ftp -p PORT --auth=memory:kwz:secret"_s, {}, "login"},
         });
