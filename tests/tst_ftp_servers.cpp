@@ -43,7 +43,11 @@ private slots:
         const QString proftpd =
             "DefaultAddress HOST\nPort PORT\nUser nobody\nGroup nogroup\nUseReverseDNS off\nWtmpLog off\n"
             "RequireValidShell off\nPidFile FOLDER/pid\nScoreboardFile none\n<Anonymous FOLDER>\n"
-            "User nobody\nGroup nogroup\nUserAlias anonymous nobody\n</Anonymous>\n"_s;
+            "User nobody\nGroup nogroup\nUserAlias anonymous nobody\n</Anonymous>\n"
+            // Built in or not.
+            "<IfModule !mod_xfer.c>\nModulePath "_s +
+            qEnvironmentVariable("KELVORA_PROFTPD_PARTS", "/usr/lib/proftpd"_s) +
+            "\nLoadModule mod_ls.c\nLoadModule mod_xfer.c\n</IfModule>\n"_s;
         addRows<Installed>({
             {"pyftpdlib, passive", pyftpdlib},
             {"pyftpdlib, passive, IPv6", pyftpdlib, {}, "guest", "::1"_s},
