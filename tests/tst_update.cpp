@@ -217,8 +217,10 @@ private slots:
         };
         boat.box(2)->click();
         const auto rows = boat.rows();
-        rows[1]->findChild<Upload *>()->setPatience(row.patience);
-        const QSignalSpy ends(rows[1], &MonitorUpdateWidget::updateComplete);
+        for (const int at : {0, 1})
+            rows[at]->findChild<Upload *>()->setPatience(row.patience);
+        const QSignalSpy firstEnds(rows[0], &MonitorUpdateWidget::updateComplete),
+            ends(rows[1], &MonitorUpdateWidget::updateComplete);
         boat.start()->setFocus();
         boat.choose(write(package, QByteArray(500000, 'v')));
         QVERIFY(boat.abort()->isVisible() && !boat.start()->isVisible());
@@ -234,7 +236,7 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(boat.start()->isVisible(), longestUpdateMs);
         // The next key press does not meet something else.
         QCOMPARE(boat.window.focusWidget(), boat.start());
-        QCOMPARE(ends.size(), 1);
+        QVERIFY(ends.size() == 1 && (row.meanwhile == Aborted || firstEnds.size() == 1));
         QCOMPARE(boat.told(1), row.meanwhile == Aborted ? "Aborted."_s : "Updating..."_s);
         QCOMPARE(boat.rows(), rows);
 

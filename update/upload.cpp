@@ -11,7 +11,6 @@
 Upload::Upload(QObject *parent) : QObject(parent)
 {
     silence.setSingleShot(true);
-    connect(&silence, &QTimer::timeout, this, &Upload::giveUp);
 }
 
 // Every state may be followed by Talking (a new upload) and, with a client, by Idle (an abort).
@@ -31,7 +30,6 @@ void Upload::enter(State next)
         ftp->disconnect(this);
         break;
     case State::Idle:
-        silence.stop();
         delete std::exchange(ftp, nullptr);
         break;
     }
@@ -77,6 +75,8 @@ void Upload::listen()
     connect(ftp, &QFtp::commandFinished, this, [this] { enter(State::Talking); });
     connect(ftp, &QFtp::dataTransferProgress, this, &Upload::noteProgress);
     connect(ftp, &QFtp::done, this, &Upload::finish);
+    // It goes with the client: after an abort there is nothing to give up.
+    connect(&silence, &QTimer::timeout, ftp, [this] { giveUp(); });
 }
 
 void Upload::noteProgress(qint64 doneBytes, qint64 totalBytes)
