@@ -14,7 +14,7 @@
 namespace
 {
 
-// HOST, PORT and FOLDER are left open, also in the options, which are a file in the folder.
+// HOST, PORT, FOLDER and PARTS are left open, also in the file of options, of which the folder holds a copy.
 struct Installed {
     const char *name;
     QString command, options = {};
@@ -36,25 +36,13 @@ private slots:
         // Listens only for a server that is there.
         const QString listener = "sh -c 'command -v %1 && exec "
                                  "socat TCP-LISTEN:PORT,bind=HOST,fork,reuseaddr EXEC:%1,nofork'"_s;
-        const QString vsftpd =
-            "listen_address=HOST\nlisten_port=PORT\nanon_root=FOLDER\nsecure_chroot_dir=FOLDER\nlisten=YES\n"
-            "run_as_launching_user=YES\nftp_username=nobody\nanon_upload_enable=YES\n"
-            "anon_world_readable_only=NO\nwrite_enable=YES\nallow_writeable_chroot=YES\nseccomp_sandbox=NO\n"_s;
-        const QString proftpd =
-            "DefaultAddress HOST\nPort PORT\nUser nobody\nGroup nogroup\nUseReverseDNS off\nWtmpLog off\n"
-            "RequireValidShell off\nPidFile FOLDER/pid\nScoreboardFile none\n<Anonymous FOLDER>\n"
-            "User nobody\nGroup nogroup\nUserAlias anonymous nobody\n</Anonymous>\n"
-            // Built in or not.
-            "<IfModule !mod_xfer.c>\nModulePath "_s +
-            qEnvironmentVariable("KELVORA_PROFTPD_PARTS", "/usr/lib/proftpd"_s) +
-            "\nLoadModule mod_ls.c\nLoadModule mod_xfer.c\n</IfModule>\n"_s;
         addRows<Installed>({
             {"pyftpdlib, passive", pyftpdlib},
             {"pyftpdlib, passive, IPv6", pyftpdlib, {}, "guest", "::1"_s},
             {"pyftpdlib, active, IPv6", pyftpdlib, {}, "active guest", "::1"_s},
-            {"vsftpd, passive", "vsftpd FOLDER/options"_s, vsftpd},
-            {"vsftpd, active", "vsftpd FOLDER/options"_s, vsftpd, "active guest"},
-            {"proftpd", "proftpd -n -q -c FOLDER/options"_s, proftpd},
+            {"vsftpd, passive", "vsftpd FOLDER/options"_s, "vsftpd.conf"_s},
+            {"vsftpd, active", "vsftpd FOLDER/options"_s, "vsftpd.conf"_s, "active guest"},
+            {"proftpd", "proftpd -n -q -c FOLDER/options"_s, "proftpd.conf"_s},
             {"pure-ftpd", "pure-ftpd -S HOST,PORT -e -M"_s},
             {"inetutils-ftpd", listener.arg("ftpd"_s)},
             {"ftpd-ssl", listener.arg("in.ftpd"_s), {}, "login"},
@@ -73,14 +61,16 @@ private slots:
         session.server.close();
         const QTemporaryDir own;
         const QString folder = qEnvironmentVariable("KELVORA_FTP_HOME", own.path()),
-                      number = QString::number(port);
+                      parts = qEnvironmentVariable("KELVORA_PROFTPD_PARTS", "/usr/lib/proftpd"_s);
         const auto filledIn = [&](QString text) {
-            return text.replace("HOST"_s, row.host).replace("PORT"_s, number).replace("FOLDER"_s, folder);
+            text.replace("HOST"_s, row.host).replace("PORT"_s, QString::number(port));
+            return text.replace("FOLDER"_s, folder).replace("PARTS"_s, parts);
         };
         for (const QString &name : {"/image"_s, "/f"_s})
             QFile::remove(folder + name);
         // Also where it is empty: without a file of its own, a server would read this machine's.
-        write(folder + "/options"_s, filledIn(row.options).toLatin1());
+        const QByteArray options = contents(QFINDTESTDATA("servers/"_s + row.options));
+        write(folder + "/options"_s, filledIn(QString::fromLatin1(options)).toLatin1());
         QProcess server;
         server.setWorkingDirectory(folder);
         server.start("/bin/sh"_s, {"-c"_s, "exec "_s + filledIn(row.command)});
