@@ -21,7 +21,3 @@ class InBoatNetwork(unittest.TestCase):
             ended = subprocess.run(command, env=environment, capture_output=True, text=True)
             self.assertEqual(ended.returncode, 7)
             self.assertRegex(ended.stdout, f"^a  b {prefix}")
-
-
-if __name__ == "__main__":
-    unittest.main()

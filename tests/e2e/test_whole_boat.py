@@ -5,17 +5,13 @@ import hashlib
 import pathlib
 import socket
 import subprocess
-import sys
 import tempfile
 import time
 import unittest
 
+from boat import settings
 from hosts import PREFIX, SIMULATOR, Boat, Network, until
 from tool import BUTTON, CHECKED, ENABLED, Tool
-
-sys.dont_write_bytecode = True
-sys.path.insert(0, str(SIMULATOR))
-from boat import settings  # noqa: E402
 
 OK = "Connection ok"
 # With twice the loss the system's retries last longer than the tool's patience once in twenty times.
@@ -222,7 +218,3 @@ class Settings(Scenario):
 
 def checksum(file):
     return hashlib.sha256(file.read_bytes()).hexdigest()
-
-
-if __name__ == "__main__":
-    unittest.main()
