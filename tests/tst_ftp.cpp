@@ -53,7 +53,8 @@ private slots:
         QVERIFY(ftp.hasPendingCommands() && ftp.currentDevice() == &file);
         QVERIFY(ftp.currentId() == 1 && ftp.currentCommand() == QFtp::Put);
         ftp.clearPendingCommands();
-        QVERIFY(!ftp.hasPendingCommands() && ftp.errorString() == "Unknown error"_s);
+        QVERIFY(!ftp.hasPendingCommands() && ftp.bytesAvailable() == 0);
+        QCOMPARE(ftp.errorString(), "Unknown error"_s);
     }
 
     void runsCommands_data()
@@ -68,9 +69,8 @@ private slots:
                          unreadable = putFailed + "The file to upload cannot be read",
                          aborted = ofLarge + putFailed + "Aborted",
                          abortLarge = "no-last-word abort-midway put-large",
-                         noData = "Connection refused for data connection",
-                         putRefused = "of 3, " + putFailed + noData,
-                         listFailed = "done Listing directory failed:\n", listRefused = listFailed + noData,
+                         listFailed = "done Listing directory failed:\n",
+                         listRefused = listFailed + "Connection refused for data connection",
                          notFound = "done Connecting to host failed:\n",
                          refused = notFound + "Connection refused to host 127.0.0.1",
                          noHost = "state 0, state 1, state 2, state 0, failed 1, ";
@@ -131,7 +131,6 @@ private slots:
             {"the server names no port", "put", put, "of 3, " + putCut,
              "PASV 227 Nowhere|STOR 150 Go\r\n226 Done"},
             {"a port comes for a go-ahead", "put", put, "of 3, " + putCut, "STOR " + closedPort},
-            {"the port is deaf", "deaf-port put", "TYPE I|PASV", putRefused},
             {"the server never connects", "active list", "TYPE A|PORT|LIST update",
              "finished 1, failed 2, " + listRefused, "PORT 200 Fine|LIST 150 Go"},
             {"the data has no end", "endless get", get,
@@ -199,7 +198,7 @@ private slots:
             }
             delete session.ftp;
         };
-        QVERIFY(waitUntil([&] { return session.ftp.isNull(); }));
+        QVERIFY(waitUntil([&] { return session.server.lines.contains("ABOR"); }));
     }
 
     void readsWhereTheServerListens()

@@ -7,7 +7,7 @@
 namespace
 {
 
-// The first of the actions disturbs it at a step, the second at the next.
+// The first of the actions disturbs it at a step, the others at the next ones.
 class DisturbedSession : public FtpSession
 {
 public:
@@ -100,7 +100,7 @@ private slots:
               "proxy connect-boat guest no-proxy", "cd remove put-closed"}) {
             for (const char *const actions :
                  {"loop", "loop-delete", "loop-later", "abort", "abort-close-later", "delete", "reset",
-                  "abort,delete", "reset-abort,delete"})
+                  "abort,,delete", "reset-abort,delete"})
                 QTest::addRow("%s in %s", actions, words) << QByteArray(words) << QByteArray(actions);
         }
     }

@@ -278,11 +278,12 @@ private:
                     play();
                 happens();
             };
-        if (action == restore)
-            connect(&n6, &QTcpServer::newConnection, &n6, [&] {
-                heartbeat();
-                isLocked &= !control(restore)->isEnabled();
-            });
+        connect(&n6, &QTcpServer::newConnection, &n6, [&] {
+            heartbeat();
+            // A backup that has been tried in vain would give way to another one.
+            const bool isOpen = action == backup && n6.lines.contains("USER kwz");
+            isLocked &= control(restore)->isEnabled() == isOpen;
+        });
         control(action)->click();
         if (row.when == Copied)
             happens();
