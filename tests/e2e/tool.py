@@ -65,12 +65,15 @@ class Tool:
     def _below(self, node):
         with contextlib.suppress(GLib.Error):  # gone while it is looked at
             for child in filter(None, map(node.get_child_at_index, range(node.get_child_count()))):
-                yield Element(child, child.get_role_name(), child.get_name(), set(child.get_state_set().get_states()))
-                yield from self._below(child)
+                states = set(child.get_state_set().get_states())
+                # In what is hidden nothing shows.
+                if SHOWING in states:
+                    yield Element(child, child.get_role_name(), child.get_name(), states)
+                    yield from self._below(child)
 
     # All that have this name, role and state and are on the screen.
     def elements(self, name=".*", role=".*", state=SHOWING):
-        there = (each for each in self._below(self._desktop) if {SHOWING, state} <= each.states)
+        there = (each for each in self._below(self._desktop) if state in each.states)
         return [each for each in there if re.fullmatch(role, each.role) and re.fullmatch(name, each.name, re.DOTALL)]
 
     # The first of at least so many such elements, once they are there.
