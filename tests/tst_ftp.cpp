@@ -106,6 +106,8 @@ private slots:
             {"a stranger connects before the server", "stranger active list put",
              "TYPE A|PORT|LIST update|TYPE I|PORT|ALLO 3|STOR f",
              "finished 1, list x, finished 2, of 3, finished 3"},
+            {"the server hangs up behind its last word", "hang-up-done get", get,
+             "of 5, ready 5, state 0, finished 1"},
             {"IPv6", "list", "TYPE A|EPSV|LIST update", "list x, finished 1", {}, true},
             // Transfers that do not.
             {"IPv6, but the server knows PASV", "list", "TYPE A|EPSV|PASV", "failed 1, " + listRefused,

@@ -138,7 +138,8 @@ private:
                 {"cut", [this] { midway([this] { server.endData(); }); }},
                 {"reset", [this] { midway([this] { server.data->abort(); }); }},
                 {"cut-done", [this] { midway([this] { server.reply("226 Done\r\n"), server.endData(); }); }},
-                {"endless", [this] { sendBehindLastWord(); }}};
+                {"endless", [this] { sendBehindLastWord([] {}); }},
+                {"hang-up-done", [this] { sendBehindLastWord([this] { hangUp(); }); }}};
     }
 
     void note(const char *text, const QVariant &value)
@@ -181,11 +182,18 @@ private:
         return process;
     }
 
-    // The last reply comes behind the first data; then the data connection stays open.
-    void sendBehindLastWord()
+    // The data connection ends only when the client has seen that.
+    void hangUp()
     {
-        server.onTheWay = [this] {
-            connect(ftp, &QFtp::readyRead, server.data, [this] { server.reply("226 Done\r\n"); });
+        server.control->disconnectFromHost();
+        connect(ftp, &QFtp::stateChanged, server.data, [this] { server.endData(); });
+    }
+
+    // The last reply comes behind the first data; then the data connection stays open, but for this.
+    void sendBehindLastWord(const std::function<void()> &then)
+    {
+        server.onTheWay = [=] {
+            connect(ftp, &QFtp::readyRead, server.data, [=] { server.reply("226 Done\r\n"), then(); });
             server.data->write(server.file);
         };
     }
