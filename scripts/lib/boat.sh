@@ -60,14 +60,15 @@ start_simulator() {
 start_display() {
     echo "==> Starting an off-screen display"
     # In a network of its own the server does not see which displays this machine already has, and would replace the
-    # socket file of one of them; TCP ports, on the other hand, are that network's own.
-    local number host="" transport=(-nolisten tcp)
+    # socket file of one of them; TCP ports, on the other hand, are that network's own. But not the files that keyboards
+    # are read from, which are named by the display.
+    local number host="" options=(-nolisten tcp)
     if [[ ${KELVORA_BOAT_NETWORK:-} == namespace ]]; then
-        host=127.0.0.1 transport=(-listen tcp -nolisten unix -nolisten local)
+        host=127.0.0.1 options=(":$(($$ % 50000))" -listen tcp -nolisten unix -nolisten local)
     fi
     # A pipe without a name, through which Xvfb tells the number that it chose.
     exec {display_pipe}<> <(:)
-    Xvfb -displayfd "$display_pipe" -screen 0 1280x800x24 "${transport[@]}" >"$folder/xvfb.log" 2>&1 &
+    Xvfb "${options[@]}" -displayfd "$display_pipe" -screen 0 1280x800x24 >"$folder/xvfb.log" 2>&1 &
     children+=("$!")
     read -r -t "$start_seconds" number <&"$display_pipe" || fail "Xvfb does not start: $(tail -n 1 "$folder/xvfb.log")"
     export DISPLAY=$host:$number QT_QPA_PLATFORM=xcb
