@@ -292,9 +292,9 @@ private:
             client.processHeartbeat(HeartbeatBytes::device(Screen, "A", true), at("127.0.0.1"));
         const QSignalSpy ticks(&client, &udpHBClient::heartbeatTick);
         QTRY_COMPARE_WITH_TIMEOUT(ticks.size(), 6, 8000);
-        // Each round goes out from both sockets.
-        QCOMPARE(withAll.size(), 2 * rounds);
-        QCOMPARE(!alone.isEmpty(), serverKnown && rounds > 0);
+        // Each round goes out from both sockets; a busy system puts the second one off by a tick.
+        QTRY_COMPARE(withAll.size(), 2 * rounds);
+        QTRY_COMPARE(!alone.isEmpty(), serverKnown && rounds > 0);
         // After more than eight seconds without traffic new sockets ask, and one of them from a new port.
         QTRY_COMPARE_WITH_TIMEOUT(QSet<int>(withAll.begin(), withAll.end()).size(), rounds == 0 ? 0 : 3,
                                   5000);

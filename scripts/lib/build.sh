@@ -12,10 +12,10 @@ build_preset() {
     cmake --build --preset "$preset" ${1:+--target "$@"}
 }
 
-# test_preset PRESET [CTEST ARGUMENT...]: runs the tests side by side. They wait more than they work, so three for each core.
+# test_preset PRESET [CTEST ARGUMENT...]: runs the tests side by side. They wait more than they work, so two for each core.
 test_preset() {
     local preset=$1
     shift
     echo "==> Testing in build/$preset"
-    ctest --preset "$preset" --parallel $((3 * $(nproc))) "$@"
+    ctest --preset "$preset" --parallel $((2 * $(nproc))) "$@"
 }
