@@ -62,9 +62,10 @@ start_display() {
     # In a network of its own the server does not see which displays this machine already has, and would replace the
     # socket file of one of them; TCP ports, on the other hand, are that network's own. But not the files that keyboards
     # are read from, which are named by the display.
-    local number host="" options=(-nolisten tcp)
+    # And when the last program ends, what it has left on the display stays, such as where to find what is accessible.
+    local number host="" options=(-noreset -nolisten tcp)
     if [[ ${KELVORA_BOAT_NETWORK:-} == namespace ]]; then
-        host=127.0.0.1 options=(":$(($$ % 50000))" -listen tcp -nolisten unix -nolisten local)
+        host=127.0.0.1 options=(":$(($$ % 50000))" -noreset -listen tcp -nolisten unix -nolisten local)
     fi
     # A pipe without a name, through which Xvfb tells the number that it chose.
     exec {display_pipe}<> <(:)
