@@ -15,6 +15,7 @@
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QUdpSocket>
 
 #include <atomic>
 #include <future>
@@ -28,7 +29,7 @@ constexpr qint64 littleMemory = 2'000'000; // what the allocator and the toolkit
 
 // A sanitizer makes a window ten times as slow.
 constexpr int datagramsPerMs = isSanitized ? 1 : 10, senderCount = 200;
-constexpr int probeMs = 50, settleMs = 1500, floodMs = 5000;
+constexpr int settleMs = 1500, floodMs = 5000;
 
 constexpr int displayCount = 3, packageBytes = 1'000'000, beatMs = 40;
 // The last display leaves so often; it is forgotten after 7 s.
@@ -88,20 +89,16 @@ private slots:
         elapsed.start();
         QTRY_VERIFY(elapsed.elapsed() > settleMs);
         const qint64 memory = residentMemory();
-        qint64 longestWaitMs = 0;
-        QElapsedTimer sinceProbe;
-        QTimer probe;
-        probe.setTimerType(Qt::PreciseTimer);
-        connect(&probe, &QTimer::timeout, &probe,
-                [&] { longestWaitMs = qMax(longestWaitMs, sinceProbe.restart() - probeMs); });
-        sinceProbe.start();
-        probe.start(probeMs);
-        QTRY_VERIFY_WITH_TIMEOUT(elapsed.elapsed() > floodMs, 2 * floodMs);
+        qint64 longestTurnMs = 0;
+        for (qint64 start = 0; (start = elapsed.elapsed()) < floodMs;) {
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+            longestTurnMs = qMax(longestTurnMs, elapsed.elapsed() - start);
+        }
         stop = true;
         QTRY_COMPARE(window.findChild<udpHBClient *>()->screens().size(), senderCount);
         if (isSanitized)
             return;
-        QVERIFY2(longestWaitMs <= 250, qPrintable(QString::number(longestWaitMs)));
+        QVERIFY2(longestTurnMs <= 250, qPrintable(QString::number(longestTurnMs)));
         QVERIFY2(residentMemory() - memory < littleMemory, "memory");
         QVERIFY2(sent.get() > floodMs * datagramsPerMs * 4 / 5, "a trickle");
     }
@@ -110,17 +107,18 @@ private slots:
     void gathersNothing()
     {
         const auto duration =
-            qRound64(qEnvironmentVariable("KELVORA_SOAK_MINUTES", "0.4"_s).toDouble() * 60000);
+            qRound64(qEnvironmentVariable("KELVORA_SOAK_MINUTES", "0.45"_s).toDouble() * 60000);
         write(package, QByteArray(packageBytes, 'k'));
+        Mainwindow window;
+        window.show();
         QTimer heart;
-        connect(&heart, &QTimer::timeout, this, [this] {
+        connect(&heart, &QTimer::timeout, this, [&] {
             for (int at = elapsed.elapsed() % awayEveryMs < awayMs ? 1 : 0; at < displayCount; ++at)
-                displays[at].beat();
+                window.findChild<udpHBClient *>()->processHeartbeat(heartbeat(0),
+                                                                    displays[at].serverAddress());
         });
         heart.start(beatMs);
         elapsed.start();
-        Mainwindow window;
-        window.show();
 
         update(window, qMin<qint64>(60000, duration / 2));
         const qint64 memory = residentMemory();
@@ -132,19 +130,20 @@ private slots:
     }
 
 private:
-    // Until a display has come back after the last upload: the rows are new, so that moments are comparable.
+    // At least once, and until a display has come back after the last upload: the rows are new, so that
+    // moments are comparable.
     void update(const Mainwindow &window, qint64 untilMs)
     {
         const auto rows = [&] { return window.findChildren<QCheckBox *>().size(); };
         QTRY_COMPARE_WITH_TIMEOUT(rows(), displayCount, 2 * awayEveryMs);
         QPushButton *start = button(*window.findChild<QTabWidget *>()->widget(0), "&Start Update"_s);
-        while (elapsed.elapsed() < untilMs) {
+        do {
             displays[displayCount - 1].lines.clear();
             start->click();
             typeFile(window.findChild<QFileDialog *>(), package);
             QTRY_VERIFY_WITH_TIMEOUT(start->isVisible(), 20000);
             QCOMPARE(displays[displayCount - 1].uploadedBytes, packageBytes);
-        }
+        } while (elapsed.elapsed() < untilMs);
         QTRY_COMPARE_WITH_TIMEOUT(rows(), displayCount - 1, 2 * awayEveryMs);
         QTRY_COMPARE_WITH_TIMEOUT(rows(), displayCount, 2 * awayEveryMs);
     }

@@ -6,8 +6,6 @@
 #include "tests/support/heartbeatbytes.h"
 #include "tests/support/scriptedftpserver.h"
 
-#include <QUdpSocket>
-
 /// What a server does in a test.
 using Play = std::function<void(ScriptedFtpServer &)>;
 
@@ -27,12 +25,4 @@ public:
     explicit PlayedDisplay(int number) : ScriptedFtpServer(addressOf(number), protocol::ftpPort) {}
 
     static QHostAddress addressOf(int number) { return QHostAddress(0x7F000014U + quint32(number)); }
-
-    void beat() const
-    {
-        QUdpSocket heart;
-        heart.bind(serverAddress());
-        heart.writeDatagram(HeartbeatBytes::device(Screen, "S"), QHostAddress::LocalHost,
-                            protocol::heartbeatPort);
-    }
 };
