@@ -10,7 +10,6 @@ import unittest
 
 PREFIX = os.environ.get("KELVORA_BOAT_PREFIX", "127.0.0.")
 SIMULATOR = pathlib.Path(__file__).parents[2] / "simulator"
-IS_ROOT = os.geteuid() == 0
 
 
 # The first true value of the condition, which has to come in time.
@@ -46,14 +45,15 @@ class Network:
             self._plug_in(loss, delay)
 
     def _plug_in(self, loss, delay):
-        become_root = [] if IS_ROOT else ["--user", "--map-root-user"]
-        stay_oneself = [] if IS_ROOT else ["--user", "--preserve-credentials"]
-        self._boat = start("unshare", *become_root, "--net", "--", "cat", stdin=subprocess.PIPE)
+        def unless_root(*options):
+            return () if os.geteuid() == 0 else options
+
+        self._boat = start("unshare", *unless_root("--map-root-user"), "--net", "--", "cat", stdin=subprocess.PIPE)
         proc = pathlib.Path(f"/proc/{self._boat.pid}")
         # Without its users, which come a moment later, it would give no right to those who enter.
         own = os.readlink("/proc/self/ns/net")
         until(lambda: os.readlink(proc / "ns/net") != own and (proc / "uid_map").read_text(), 20, "a network namespace")
-        self.enter = ["nsenter", f"--target={self._boat.pid}", *stay_oneself, "--net"]
+        self.enter = ["nsenter", *unless_root("--user", "--preserve-credentials"), f"--target={proc.name}", "--net"]
         self._ip("link delete boat0")
         if loss or delay:
             # Not every kernel can do that by itself. In percent and milliseconds, until the interfaces are gone.

@@ -1,6 +1,5 @@
 # The real program, used through the accessibility interface as a screen reader's user would.
 
-import collections
 import contextlib
 import os
 import re
@@ -11,20 +10,17 @@ from Xlib import X, XK, display, protocol
 gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, GLib  # noqa: E402
 
-from hosts import end, start, until  # noqa: E402
+from hosts import start, until  # noqa: E402
 
 PROGRAM = os.environ["KELVORA_TOOL"]
 TIME = r"\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}"
 BUTTON = "(push )?button"  # newer desktops leave out "push"
 CHECKED, ENABLED, SHOWING = Atspi.StateType.CHECKED, Atspi.StateType.ENABLED, Atspi.StateType.SHOWING
 
-Element = collections.namedtuple("Element", "node role name states")
-
 
 class Tool:
     def __init__(self, folder, environment=()):
         self._log, self._errors = folder / "tool.log", folder / "tool.err"
-        self._display = display.Display()
         # Asking starts the service, which a program that starts first would miss.
         self._desktop = Atspi.get_desktop(0)
         # Nobody listens to what would keep it right.
@@ -40,17 +36,13 @@ class Tool:
 
     # Closes the window as its frame's button does, and returns the program's status.
     def close(self):
-        windows = self._display.screen().root.query_tree().children
-        window = next(each for each in windows if (each.get_wm_name() or "").startswith("KelvoraTool - v"))
-        atom = self._display.intern_atom
-        data = (32, [atom("WM_DELETE_WINDOW"), X.CurrentTime, 0, 0, 0])
-        window.send_event(protocol.event.ClientMessage(window=window, client_type=atom("WM_PROTOCOLS"), data=data))
-        self._display.flush()
+        with contextlib.closing(display.Display()) as here:
+            windows = here.screen().root.query_tree().children
+            window = next(each for each in windows if (each.get_wm_name() or "").startswith("KelvoraTool - v"))
+            data = (32, [here.intern_atom("WM_DELETE_WINDOW"), X.CurrentTime, 0, 0, 0])
+            protocols = here.intern_atom("WM_PROTOCOLS")
+            window.send_event(protocol.event.ClientMessage(window=window, client_type=protocols, data=data))
         return self.process.wait(20)
-
-    def end(self):
-        self._display.close()
-        end(self.process)
 
     # How often the tool has logged such a message.
     def logged(self, pattern):
@@ -62,19 +54,20 @@ class Tool:
 
     # What is on the screen.
 
-    def _below(self, node):
-        with contextlib.suppress(GLib.Error):  # gone while it is looked at
-            for child in filter(None, map(node.get_child_at_index, range(node.get_child_count()))):
-                states = set(child.get_state_set().get_states())
-                # In what is hidden nothing shows.
-                if SHOWING in states:
-                    yield Element(child, child.get_role_name(), child.get_name(), states)
-                    yield from self._below(child)
-
     # All that have this name, role and state and are on the screen.
     def elements(self, name=".*", role=".*", state=SHOWING):
-        there = (each for each in self._below(self._desktop) if state in each.states)
-        return [each for each in there if re.fullmatch(role, each.role) and re.fullmatch(name, each.name, re.DOTALL)]
+        return list(self._below(self._desktop, f"(?:{role})\n(?s:{name})", state))
+
+    def _below(self, node, sought, state):
+        with contextlib.suppress(GLib.Error):  # gone while it is looked at
+            for child in filter(None, map(node.get_child_at_index, range(node.get_child_count()))):
+                states = child.get_state_set()
+                # In what is hidden nothing shows.
+                if states.contains(SHOWING):
+                    texts = f"{child.get_role_name()}\n{child.get_name()}"
+                    if states.contains(state) and re.fullmatch(sought, texts):
+                        yield child
+                    yield from self._below(child, sought, state)
 
     # The first of at least so many such elements, once they are there.
     def sees(self, name, role=".*", state=SHOWING, count=1, seconds=60):
@@ -83,20 +76,17 @@ class Tool:
             found = self.elements(name, role, state)
             return found if len(found) >= count else None
 
-        return until(enough, seconds, lambda: f"{count} {role} {name!r} among {[e[1:3] for e in self.elements()]}")[0]
-
-    def value(self, element):
-        return element.node.get_current_value()
+        return until(enough, seconds, lambda: f"{count} {role} {name!r}: {[e.get_name() for e in self.elements()]}")[0]
 
     # What the user does.
 
     # What pressing it with the mouse does is an element's first action.
     def press(self, name, role=BUTTON):
-        self.sees(name, role, ENABLED).node.do_action(0)
+        self.sees(name, role, ENABLED).do_action(0)
 
     def choose_file(self, title, path, button):
         self.sees(title, "dialog|file chooser")
-        self.sees("File name:", "text").node.set_text_contents(str(path))
+        self.sees("File name:", "text").set_text_contents(str(path))
         self.press(button)
 
     # Answers a message box, which has to say this.
@@ -108,6 +98,6 @@ class Tool:
 
     # Opens a combo box and takes the entry below the current one.
     def select_next(self, box):
-        box.node.do_action(0)
+        box.do_action(0)
         for key in ("Down", "Return"):
             Atspi.generate_keyboard_event(XK.string_to_keysym(key), "", Atspi.KeySynthType.SYM)
