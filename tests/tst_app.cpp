@@ -113,13 +113,11 @@ private slots:
             const bool isStop = (at->focusPolicy() & Qt::TabFocus) != 0 && at->isEnabled() && !at->isHidden();
             if (isStop && !qobject_cast<QAbstractScrollArea *>(at))
                 stops += nameOf(at).section(u' ', 0, 1) + u'|';
+            QVERIFY(!qobject_cast<QProgressBar *>(at) || !nameOf(at).isEmpty());
         }
         QCOMPARE(stops,
                  "|Screen Updates|Open Webinterface|Port 1|Port 2|Update N6|Backup Settings|Restore Settings|"
                  "Factory Reset|S (PO)|S (PO)|Start Update|S (PO)|Start Update|S (PO)|Start Update|"_s);
-        const auto bars = window.findChildren<QProgressBar *>();
-        for (QWidget *bar : bars)
-            QVERIFY(!nameOf(bar).isEmpty());
     }
 };
 

@@ -65,10 +65,9 @@ QByteArray measured(double lux, float volts)
 }
 
 // An older device's; not valid, which does not count where it is of the first generation.
-QByteArray older(const QByteArray &serial, int length, DeviceKind kind = Screen, quint8 valid = 1)
+QByteArray older(const QByteArray &serial, int size, DeviceKind kind = Screen, quint8 valid = 1)
 {
-    return HeartbeatBytes{kind, serial, 0, "", "12345678901234", "", 0.0, 0.0F, 0, valid}.build().left(
-        length);
+    return HeartbeatBytes{kind, serial, 0, "", "12345678901234", "", 0.0, 0.0F, 0, valid}.build().left(size);
 }
 
 } // namespace

@@ -247,9 +247,7 @@ private slots:
             QCOMPARE(info ? described(*info) : "nothing"_s, expected);
         }
         QLocale::setDefault(QLocale::c());
-        const auto parsed = [](const QString &line) {
-            return ftplisting::parseLine(line).value_or(QUrlInfo());
-        };
+        const auto parsed = [](const QString &of) { return ftplisting::parseLine(of).value_or(QUrlInfo()); };
         const QUrlInfo later = parsed("01-02-03  10:15AM 1 b"_s), larger = parsed("01-02-02  10:15AM 2 a"_s);
         QVERIFY(later == later && later != larger && QUrlInfo::lessThan(later, larger, QUrlInfo::BySize));
         QVERIFY(QUrlInfo::lessThan(larger, later, QUrlInfo::ByName));
