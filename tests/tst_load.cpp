@@ -4,6 +4,7 @@
 #include "tests/support/answers.h"
 #include "tests/support/displays.h"
 #include "tests/support/files.h"
+#include "tests/support/heartbeatbytes.h"
 #include "tests/support/memory.h"
 #include "tests/support/text.h"
 

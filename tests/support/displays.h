@@ -1,9 +1,7 @@
-// What FTP servers do in tests, and displays of type SCREEN: a server each, and heartbeats when the test has
-// them sent.
+// What FTP servers do in tests, and displays of type SCREEN: a server each.
 #pragma once
 
 #include "discovery/protocol.h"
-#include "tests/support/heartbeatbytes.h"
 #include "tests/support/scriptedftpserver.h"
 
 /// What a server does in a test.
