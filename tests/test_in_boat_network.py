@@ -2,6 +2,7 @@
 
 import os
 import pathlib
+import shutil
 import subprocess
 import tempfile
 import unittest
@@ -11,7 +12,8 @@ ROOT = pathlib.Path(__file__).parent.parent
 
 class InBoatNetwork(unittest.TestCase):
     def test_status_and_arguments_pass_through_also_where_namespaces_are_refused(self):
-        folder = self.enterContext(tempfile.TemporaryDirectory())
+        folder = tempfile.mkdtemp()
+        self.addCleanup(shutil.rmtree, folder)
         pathlib.Path(folder, "unshare").symlink_to("/bin/false")
         # Without what says that a boat network is already here.
         outside = {name: value for name, value in os.environ.items() if not name.startswith("KELVORA_BOAT_")}
