@@ -3,6 +3,7 @@
 import functools
 import hashlib
 import pathlib
+import socket
 import subprocess
 import tempfile
 import time
@@ -179,8 +180,12 @@ class Backup(Scenario):
 
     # The proxies that an office's computer has been told of know nothing of the boat.
     def test_past_proxies(self):
-        self.ENVIRONMENT = {"http_proxy": "http://127.0.0.1:1", "all_proxy": "socks5://127.0.0.1:1"}
-        self.run_through()
+        with socket.create_server(("127.0.0.1", 0)) as proxy:
+            proxy.setblocking(False)
+            address = f"127.0.0.1:{proxy.getsockname()[1]}"
+            self.ENVIRONMENT = {"http_proxy": f"http://{address}", "all_proxy": f"socks5://{address}"}
+            self.run_through()
+            self.assertRaises(BlockingIOError, proxy.accept)
 
 
 class Settings(Scenario):
