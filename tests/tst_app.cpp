@@ -1,21 +1,26 @@
-// The window as a whole: what it tells, what it locks, and how the keyboard gets around in it.
+// The program's options and languages, and its window as a whole: what it tells and locks, how the keyboard
+// gets around in it, and whether all texts have their places.
 
 #include "app/connectionstate.h"
 #include "app/icons.h"
+#include "app/language.h"
 #include "app/mainwindow.h"
 #include "discovery/udphbclient.h"
+#include "tests/support/answers.h"
+#include "tests/support/files.h"
 #include "tests/support/heartbeatbytes.h"
 #include "tests/support/text.h"
+#include "update/monitorupdatewidget.h"
 
 #include <QAbstractScrollArea>
 #include <QAccessible>
-#include <QApplication>
+#include <QDir>
 #include <QLabel>
+#include <QProcess>
 #include <QProgressBar>
-#include <QPushButton>
+#include <QRegularExpression>
 #include <QTabBar>
 #include <QTabWidget>
-#include <QTest>
 
 namespace
 {
@@ -42,6 +47,54 @@ QString nameOf(QWidget *widget)
     return labels.isEmpty() ? seen->text(QAccessible::Name) : labels.first().first->text(QAccessible::Name);
 }
 
+constexpr int usualPixels = 12;
+
+QStringList languages()
+{
+    QStringList files = QDir(QStringLiteral(TRANSLATIONS)).entryList({"kelvoratool_*.ts"_s});
+    files.removeAll("kelvoratool_en.ts"_s);
+    return files.replaceInStrings(QRegularExpression(R"(.*_|\.ts$)"_s), QString());
+}
+
+// What a translation has to have as often as its source, as it stands in XML: placeholders, line breaks,
+// tags, patterns, pairs of blanks and one letter for the keyboard.
+QStringList fixedParts(const QString &text)
+{
+    static const QRegularExpression part(R"(%\d|\n|&lt;.*?&gt;|\(\*.*?\)|  +|&amp;(?=\w))"_s,
+                                         QRegularExpression::UseUnicodePropertiesOption);
+    QStringList parts;
+    for (auto found = part.globalMatch(text); found.hasNext();)
+        parts += found.next().captured();
+    parts.sort();
+    return parts;
+}
+
+// The visible texts that are cut off, or have a letter for the keyboard that another one has, too.
+QStringList misfits(const QWidget &shown)
+{
+    QStringList letters, found;
+    const auto widgets = shown.findChildren<QWidget *>();
+    for (const QWidget *widget : widgets) {
+        if (!widget->isVisible())
+            continue;
+        const auto *label = qobject_cast<const QLabel *>(widget);
+        const auto *button = qobject_cast<const QAbstractButton *>(widget);
+        const QString text = label ? label->text() : button ? button->text() : QString();
+        const QString letter = QKeySequence::mnemonic(text).toString();
+        QSize needed = text.isEmpty() ? QSize() : widget->sizeHint();
+        if (label && label->wordWrap())
+            needed = QSize(0, label->heightForWidth(label->width()));
+        // Tabs have buttons to scroll them where they do not fit, as they may with a large font.
+        const bool isTabScroller = qobject_cast<const QTabBar *>(widget->parentWidget()) != nullptr &&
+                                   QApplication::font().pixelSize() == usualPixels;
+        if (needed.boundedTo(widget->size()) != needed || isTabScroller || letters.contains(letter))
+            found += text + " does not fit"_s;
+        if (!letter.isEmpty())
+            letters += letter;
+    }
+    return found;
+}
+
 } // namespace
 
 class TestApp : public QObject
@@ -49,6 +102,44 @@ class TestApp : public QObject
     Q_OBJECT
 
 private slots:
+    // All of them without a display.
+    void commandLineIsAnswered()
+    {
+        using Row = std::tuple<const char *, const char *, const char *, int>;
+        for (const auto &[environment, arguments, answer, status] :
+             {Row{"LANG=de_AT.UTF-8", "--help", "Optionen:", 0}, Row{"LANGUAGE=sv:nl:de", "-h", "Opties:", 0},
+              Row{"LANGUAGE=en_GB:de", "-h", "Options:", 0},
+              Row{"LANG=de_DE.UTF-8", "--language fr -h", "Affiche", 0},
+              Row{"LANG=de_DE.UTF-8", "--language sv -h", "Options:", 0},
+              Row{"LANG=it_IT.UTF-8", "-style fusion --version", "KelvoraTool 3", 0},
+              Row{"LANG=it_IT.UTF-8", "-platform offscreen --no", "Opzione sconosciuta \"no\"", 2},
+              Row{"LC_ALL=C", "-platform offscreen no", "argument 'no'", 2},
+              Row{"LANG=nl_NL.UTF-8", "-platform offscreen --log /no/log", "/no/log: Bestand", 2}}) {
+            QProcess program;
+            program.setEnvironment({QLatin1String(environment)});
+            program.start(QStringLiteral(KELVORA_TOOL), QString::fromLatin1(arguments).split(u' '));
+            QVERIFY(program.waitForFinished());
+            const QByteArray said = program.readAllStandardOutput();
+            QVERIFY2(said.contains(answer) && program.exitCode() == status, said);
+        }
+    }
+
+    void translationsAreComplete()
+    {
+        const QRegularExpression message("(?s)<source>(.*?)</source>.*?<translation>(.*?)</translation>"_s);
+        const QStringList all = languages();
+        QVERIFY(all.contains("de"_s));
+        for (const QString &language : all) {
+            const QByteArray file = contents(QStringLiteral(TRANSLATIONS "/kelvoratool_%1.ts").arg(language));
+            QVERIFY2(!file.contains("unfinished"), qPrintable(language));
+            for (auto found = message.globalMatch(QString::fromUtf8(file)); found.hasNext();) {
+                const auto texts = found.next();
+                QVERIFY2(fixedParts(texts.captured(1)) == fixedParts(texts.captured(2)),
+                         qPrintable(texts.captured(2)));
+            }
+        }
+    }
+
     void windowTellsAndUnlocksWhatIsReachable()
     {
         QCoreApplication::setApplicationVersion("3.6"_s);
@@ -118,6 +209,59 @@ private slots:
         QCOMPARE(stops,
                  "|Screen Updates|Open Webinterface|Port 1|Port 2|Update N6|Backup Settings|Restore Settings|"
                  "Factory Reset|S (PO)|S (PO)|Start Update|S (PO)|Start Update|S (PO)|Start Update|"_s);
+    }
+
+    void everyTextHasItsPlace_data()
+    {
+        QTest::addColumn<QString>("language");
+        QTest::addColumn<int>("pixels");
+        const QStringList all = QStringList("en"_s) + languages();
+        for (const QString &language : all) {
+            QTest::newRow(qPrintable("the language is "_s + language)) << language << usualPixels;
+            QTest::newRow(qPrintable("in large, the language is "_s + language))
+                << language << usualPixels * 3 / 2;
+        }
+    }
+    void everyTextHasItsPlace()
+    {
+        QFETCH(QString, language);
+        QFETCH(int, pixels);
+        language::load(language);
+        QFont font = QApplication::font();
+        font.setPixelSize(pixels);
+        QApplication::setFont(font);
+        Mainwindow window;
+        window.show();
+        // Longer serial numbers and addresses reach beyond the row by themselves.
+        auto *client = window.findChild<udpHBClient *>();
+        client->processHeartbeat(HeartbeatBytes::device(Screen, "01234567", true), at("127.0.0.21"));
+        client->processHeartbeat(HeartbeatBytes::n6("N6-0123456789"), at("127.0.0.20"));
+        // However long this takes, the window stays as it is: with the longest verdict, but unlocked.
+        client->processHeartbeat(HeartbeatBytes::firstGeneration(), at("127.0.0.22"));
+        const QSignalBlocker kept(client);
+        auto *tabs = window.findChild<QTabWidget *>();
+        tabs->setEnabled(true);
+        QStringList found;
+        for (const char *state : {"Downloading...", "Updating...", "Aborted."}) {
+            auto *row = window.findChild<MonitorUpdateWidget *>();
+            row->findChild<QLabel *>()->setText(MonitorUpdateWidget::tr(state));
+            for (int page = 0; page < tabs->count(); ++page) {
+                tabs->setCurrentIndex(page);
+                // With the button that aborts, which has the place of the other one.
+                tabs->widget(page)->findChildren<QPushButton *>().last()->show();
+                QCoreApplication::processEvents();
+                found += misfits(window);
+            }
+        }
+        Answers answers;
+        answers.answer = [&](QDialog *shown) {
+            found += misfits(*shown);
+            shown->reject();
+            return true;
+        };
+        for (const char *name : {"backupButton", "restoreButton", "factoryButton"})
+            window.findChild<QPushButton *>(QLatin1String(name))->click();
+        QCOMPARE(found.join(u'\n'), QString());
     }
 };
 
