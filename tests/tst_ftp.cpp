@@ -1,7 +1,9 @@
-// What comes of commands, with servers of every kind, and what the client's parts make of lines.
+// What comes of commands, with servers of every kind and slots that interfere, and what the client's parts
+// make of lines.
 #include "ftp/ftplisting.h"
 #include "ftp/passivereply.h"
 #include "ftp/replyreader.h"
+#include "tests/support/disturbedsession.h"
 #include "tests/support/ftpsession.h"
 #include "tests/support/memory.h"
 #include "tests/support/rows.h"
@@ -75,7 +77,7 @@ private slots:
                          refused = notFound + "Connection refused to host 127.0.0.1",
                          noHost = "state 0, state 1, state 2, state 0, failed 1, ";
         addRows<Dialogue>({
-            {"commands without a transfer", "cd mkdir rmdir rename remove",
+            {"no command transfers a file", "cd mkdir rmdir rename remove",
              "CWD update|MKD \xfc|RMD a %1|RNFR b|RNTO c|DELE d",
              "finished 1, finished 2, finished 3, finished 4, finished 5"},
             {"nothing can follow a close", "close cd", "QUIT",
@@ -108,11 +110,11 @@ private slots:
              "finished 1, list x, finished 2, of 3, finished 3"},
             {"the server hangs up behind its last word", "hang-up-done get", get,
              "of 5, ready 5, state 0, finished 1"},
-            {"IPv6", "list", "TYPE A|EPSV|LIST update", "list x, finished 1", {}, true},
+            {"the server has IPv6", "list", "TYPE A|EPSV|LIST update", "list x, finished 1", {}, true},
             // Transfers that do not.
-            {"IPv6, but the server knows PASV", "list", "TYPE A|EPSV|PASV", "failed 1, " + listRefused,
+            {"the server has IPv6, but knows PASV", "list", "TYPE A|EPSV|PASV", "failed 1, " + listRefused,
              "EPSV 500 What?|PASV " + closedPort, true},
-            {"IPv6, but the server knows PORT", "active list", "TYPE A|EPRT",
+            {"the server has IPv6, but knows PORT", "active list", "TYPE A|EPRT",
              "finished 1, failed 2, " + listRefused, "EPRT 500 What?", true},
             {"the folder is missing", "no-folder list", "TYPE A|PASV|LIST update",
              "failed 1, " + listFailed + "x: No such file or directory\r\n"},
@@ -268,6 +270,41 @@ private slots:
             reply = reader.next();
         }
         QCOMPARE(reply.value_or(FtpReply()).text, "Fine"_s);
+    }
+
+    void survivesEveryStep_data()
+    {
+        QTest::addColumn<QByteArray>("words");
+        QTest::addColumn<QByteArray>("actions");
+        for (const char *const words :
+             {"list get put raw close", "active list get put raw close", "put-file", "put-empty",
+              "put-stream", "source-gone put-large", "get-full-disk", "sink-gone get-file",
+              "proxy connect-boat guest no-proxy", "cd remove put-closed"}) {
+            for (const char *const actions :
+                 {"loop", "loop-delete", "loop-later", "abort", "abort-close-later", "delete", "reset",
+                  "abort,,delete", "reset-abort,delete"})
+                QTest::addRow("slots do '%s' while the client does '%s'", actions, words)
+                    << QByteArray(words) << QByteArray(actions);
+        }
+    }
+
+    void survivesEveryStep()
+    {
+        QFETCH(QByteArray, words);
+        QFETCH(QByteArray, actions);
+        DisturbedSession undisturbed(words, actions);
+        QVERIFY2(waitUntil([&] { return undisturbed.isOver(); }), qPrintable(undisturbed.outcome()));
+        QVERIFY(undisturbed.steps > 10);
+        for (int at = 0; at <= undisturbed.steps; at += at < 30 ? 1 : at / 2) {
+            DisturbedSession session(words, actions, at);
+            QVERIFY2(waitUntil([&] { return session.isOver(); }), qPrintable(session.outcome()));
+            // To a server the end of the data is the end of the file.
+            const bool isWhole = session.server.uploadedBytes == session.server.file.size();
+            QVERIFY(isWhole || !session.endsBeforeAbort);
+            QVERIFY(isWhole || words != "put-file" || !session.log.contains("finished 1"_s));
+            if (actions == "loop")
+                QCOMPARE(session.outcome(), undisturbed.outcome());
+        }
     }
 };
 

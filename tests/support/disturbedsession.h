@@ -1,11 +1,9 @@
-// What a slot may do at each step of a session: run an event loop, abort, delete the client. And what a
-// server may.
+// An FTP client whose slots run event loops, abort it or delete it, and whose server hangs up.
+#pragma once
+
 #include "tests/support/ftpsession.h"
 
 #include <QTest>
-
-namespace
-{
 
 // The first of the actions disturbs it at a step, the others at the next ones.
 class DisturbedSession : public FtpSession
@@ -82,48 +80,3 @@ private:
     const int disturbedStep;
     bool isInSlot = false;
 };
-
-} // namespace
-
-class TestFtpSlots : public QObject
-{
-    Q_OBJECT
-
-private slots:
-    void survivesEveryStep_data()
-    {
-        QTest::addColumn<QByteArray>("words");
-        QTest::addColumn<QByteArray>("actions");
-        for (const char *const words :
-             {"list get put raw close", "active list get put raw close", "put-file", "put-empty",
-              "put-stream", "source-gone put-large", "get-full-disk", "sink-gone get-file",
-              "proxy connect-boat guest no-proxy", "cd remove put-closed"}) {
-            for (const char *const actions :
-                 {"loop", "loop-delete", "loop-later", "abort", "abort-close-later", "delete", "reset",
-                  "abort,,delete", "reset-abort,delete"})
-                QTest::addRow("%s in %s", actions, words) << QByteArray(words) << QByteArray(actions);
-        }
-    }
-
-    void survivesEveryStep()
-    {
-        QFETCH(QByteArray, words);
-        QFETCH(QByteArray, actions);
-        DisturbedSession undisturbed(words, actions);
-        QVERIFY2(waitUntil([&] { return undisturbed.isOver(); }), qPrintable(undisturbed.outcome()));
-        QVERIFY(undisturbed.steps > 10);
-        for (int at = 0; at <= undisturbed.steps; at += at < 30 ? 1 : at / 2) {
-            DisturbedSession session(words, actions, at);
-            QVERIFY2(waitUntil([&] { return session.isOver(); }), qPrintable(session.outcome()));
-            // To a server the end of the data is the end of the file.
-            const bool isWhole = session.server.uploadedBytes == session.server.file.size();
-            QVERIFY(isWhole || !session.endsBeforeAbort);
-            QVERIFY(isWhole || words != "put-file" || !session.log.contains("finished 1"_s));
-            if (actions == "loop")
-                QCOMPARE(session.outcome(), undisturbed.outcome());
-        }
-    }
-};
-
-QTEST_GUILESS_MAIN(TestFtpSlots)
-#include "tst_ftp_slots.moc"
