@@ -190,15 +190,15 @@ private slots:
         const Upload::Patience shortForReplies{1000, 100000}, shortForConfirmation{100000, 1000};
         const Play confirmLate = [](ScriptedFtpServer &display) { display.confirmAfterMs = 8000; };
         addRows<End>({
-            {"refused at the greeting", answering("", "421 Busy\r\n"), {}},
-            {"connection refused", &PlayedDisplay::close, {}},
-            {"connection dropped", hangUp, "STOR"},
-            {"silent before the file", answering("STOR", ""), "STOR", shortForReplies},
-            {"silent after the file", answering("STOR", "150 Go\r\n"), "STOR", shortForConfirmation},
-            {"silent after the confirmation", answering("QUIT", ""), "QUIT", shortForReplies},
-            {"aborted while connecting", answering("", ""), {}, {}, Aborted},
-            {"aborted in the middle", answering("STOR", ""), "STOR", {}, Aborted},
-            {"gone from the list", confirmLate, "STOR", {}, Forgotten},
+            {"the display is busy", answering("", "421 Busy\r\n"), {}},
+            {"the display refuses the connection", &PlayedDisplay::close, {}},
+            {"the display hangs up", hangUp, "STOR"},
+            {"it is silent before the file", answering("STOR", ""), "STOR", shortForReplies},
+            {"it is silent after the file", answering("STOR", "150 Go\r\n"), "STOR", shortForConfirmation},
+            {"it is silent after the confirmation", answering("QUIT", ""), "QUIT", shortForReplies},
+            {"the user aborts while it connects", answering("", ""), {}, {}, Aborted},
+            {"the user aborts in the middle", answering("STOR", ""), "STOR", {}, Aborted},
+            {"the display goes from the list", confirmLate, "STOR", {}, Forgotten},
         });
     }
 
