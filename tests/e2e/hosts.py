@@ -84,7 +84,7 @@ class Boat:
     def __init__(self, log, enter, *options):
         self._log = log
         with open(log, "w", encoding="utf-8") as output:
-            self._process = start(*enter, SIMULATOR / "boatsim", *options, stdout=output, stderr=output)
+            self.process = start(*enter, SIMULATOR / "boatsim", *options, stdout=output, stderr=output)
         self.saw("boat ready")
 
     def count(self, pattern):
@@ -93,6 +93,3 @@ class Boat:
     # Waits for the pattern in the simulator's log.
     def saw(self, pattern, seconds=60):
         until(lambda: self.count(pattern), seconds, lambda: f"{pattern} in {self._log.read_text()}")
-
-    def stop(self):
-        end(self._process)

@@ -37,7 +37,7 @@ class Scenario(unittest.TestCase):
 
     def start_boat(self, *options):
         boat = Boat(self.folder / f"boat-{time.monotonic()}.log", self.network.enter, *options)
-        self.addCleanup(boat.stop)
+        self.addCleanup(end, boat.process)
         return boat
 
     # Meanwhile the tool has to answer, and to notice.
@@ -143,7 +143,7 @@ class N6Page(Scenario):
             self.boat.saw(f"port-mode setting=port{port}Mode code={code}")
             self.tool.sees(text, "combo box")
         self.assertEqual(self.boat.count("port-mode"), 2)
-        self.boat.stop()
+        end(self.boat.process)
         self.tool.sees("no device found", "label")
         self.assertFalse(self.tool.elements(rf"{PREFIX}10|.*\(FW .*", "label"))
         moved = self.start_boat(f"--address=n6={PREFIX}14")

@@ -4,8 +4,6 @@
 
 #include <QByteArray>
 
-#include <cmath>
-#include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 

@@ -21,8 +21,11 @@ public:
                 [this] { useData(dataServer->nextPendingConnection()); });
         listen(address, port);
         dataServer->listen(address);
-        answers["PASV"] = "227 Passive (" + passiveAddress(dataServer->serverPort()) + ")\r\n";
-        answers["EPSV"] = "229 Extended (|||" + QByteArray::number(dataServer->serverPort()) + "|)\r\n";
+        const QByteArray host = address.toString().toLatin1().replace('.', ',');
+        const int dataPort = dataServer->serverPort();
+        answers["PASV"] = "227 Passive (" + host + ',' + QByteArray::number(dataPort / 256) + ',' +
+                          QByteArray::number(dataPort % 256) + ")\r\n";
+        answers["EPSV"] = "229 Extended (|||" + QByteArray::number(dataPort) + "|)\r\n";
     }
 
     void reply(const QByteArray &bytes) const { control->write(bytes); }
@@ -37,22 +40,14 @@ public:
             data->disconnectFromHost();
     }
 
-    /// Connects to the client, at the port that the last PORT named.
+    /// Connects to the client, at the port that PORT, the last line, named.
     void openActive(const char *from = "127.0.0.1")
     {
-        const QByteArray heard = lines.join(',');
-        const QByteArrayList fields = heard.mid(heard.lastIndexOf("PORT ")).split(',');
+        const QByteArrayList fields = lines.last().split(',');
         const int port = fields.value(4).toInt() * 256 + fields.value(5).toInt();
         useData(new QTcpSocket(this));
         data->bind(QHostAddress(QLatin1String(from)));
         data->connectToHost(QHostAddress::LocalHost, static_cast<quint16>(port));
-    }
-
-    /// As PASV is told of a port that listens for data.
-    QByteArray passiveAddress(quint16 port) const
-    {
-        return dataServer->serverAddress().toString().toLatin1().replace('.', ',') + ',' +
-               QByteArray::number(port >> 8) + ',' + QByteArray::number(port & 255);
     }
 
     /// By verb ("" is the greeting): sent instead of what would be done.
