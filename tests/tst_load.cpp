@@ -118,8 +118,8 @@ private slots:
         QTimer heart;
         connect(&heart, &QTimer::timeout, this, [&] {
             for (int at = elapsed.elapsed() % awayEveryMs < awayMs ? 1 : 0; at < displayCount; ++at)
-                window.findChild<udpHBClient *>()->processHeartbeat(heartbeat(0),
-                                                                    displays[at].serverAddress());
+                displays[at].udp.writeDatagram(heartbeat(0), QHostAddress::LocalHost,
+                                               protocol::heartbeatPort);
         });
         heart.start(beatMs);
         elapsed.start();

@@ -4,6 +4,8 @@
 #include "discovery/protocol.h"
 #include "tests/support/scriptedftpserver.h"
 
+#include <QUdpSocket>
+
 /// What a server does in a test.
 using Play = std::function<void(ScriptedFtpServer &)>;
 
@@ -20,7 +22,12 @@ inline const Play hangUp = [](ScriptedFtpServer &server) {
 class PlayedDisplay : public ScriptedFtpServer
 {
 public:
-    explicit PlayedDisplay(int number) : ScriptedFtpServer(addressOf(number), protocol::ftpPort) {}
+    explicit PlayedDisplay(int number) : ScriptedFtpServer(addressOf(number), protocol::ftpPort)
+    {
+        udp.bind(addressOf(number));
+    }
 
     static QHostAddress addressOf(int number) { return QHostAddress(0x7F000014U + quint32(number)); }
+
+    QUdpSocket udp;
 };
