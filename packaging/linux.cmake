@@ -50,15 +50,18 @@ system in the boat's network and tells whether they can be reached. Updates
 their firmware, sets the modes of the N6's serial ports, and backs up,
 restores and resets the settings of the system.")
 
+# kelvora_validate(<test> <program> <arguments...>): a test that shows as skipped where the program is not installed.
+function(kelvora_validate test program)
+    find_program(KELVORA_${program} ${program})
+    if(KELVORA_${program})
+        add_test(NAME ${test} COMMAND ${KELVORA_${program}} ${ARGN})
+    else()
+        add_test(NAME ${test} COMMAND ${CMAKE_COMMAND} -E echo "SKIP: ${program} is missing")
+        set_tests_properties(${test} PROPERTIES SKIP_REGULAR_EXPRESSION ^SKIP)
+    endif()
+endfunction()
+
 if(KELVORA_BUILD_TESTS)
-    # Registered where the tools are at hand; they read files only.
-    find_program(DESKTOP_FILE_VALIDATE desktop-file-validate)
-    find_program(APPSTREAMCLI appstreamcli)
-    if(DESKTOP_FILE_VALIDATE)
-        add_test(NAME desktop_entry
-            COMMAND ${DESKTOP_FILE_VALIDATE} ${CMAKE_CURRENT_SOURCE_DIR}/linux/${app_id}.desktop)
-    endif()
-    if(APPSTREAMCLI)
-        add_test(NAME metainfo COMMAND ${APPSTREAMCLI} validate --no-net ${metainfo})
-    endif()
+    kelvora_validate(desktop_entry desktop-file-validate ${CMAKE_CURRENT_SOURCE_DIR}/linux/${app_id}.desktop)
+    kelvora_validate(metainfo appstreamcli validate --no-net ${metainfo})
 endif()
