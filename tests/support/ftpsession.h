@@ -44,7 +44,7 @@ public:
         connect(ftp, &QFtp::stateChanged, [this](int state) { note("state %1", state); });
         connect(ftp, &QFtp::commandStarted, [this] { progress = {}, step("start"); });
         connect(ftp, &QFtp::commandFinished, [this](int id, bool error) {
-            const bool isWhole = progress.first >= progress.second;
+            const bool isWhole = progress.second == 0 || progress.first == progress.second;
             note(error ? "failed %1" : isWhole ? "finished %1" : "incomplete %1", id - loginId);
         });
         connect(ftp, &QFtp::done,
