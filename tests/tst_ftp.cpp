@@ -84,7 +84,7 @@ private slots:
              "state 5, state 0, finished 1, failed 2, done Changing directory failed:\nNot connected"},
             {"the server calls it superfluous", "rmdir cd", "RMD a %1",
              "failed 1, done Removing directory failed:\nSo what", "RMD 202 So what"},
-            {"the password is wrong", "", "", "failed 0, done Login failed:\nNo", "PASS 530 No"},
+            {"the user is unknown", "", "USER kwz", "failed 0, done Login failed:\nNo", "USER 530 No"},
             {"the server wants no password", "raw", "USER kwz|SITE x", "raw Fine200, finished 1",
              "USER 230 Hello"},
             {"the reply is long, and has lines that are none", "raw", "SITE x",
