@@ -129,10 +129,9 @@ private slots:
     {
         using Net = QNetworkInterface;
         const Net::InterfaceFlags live = Net::IsUp | Net::CanMulticast | Net::IsRunning;
-        QVERIFY(interfaces::listensOn(live, "my virtual"_s));
-        QVERIFY(interfaces::asksOn(live & ~Net::IsRunning));
-        QVERIFY(!interfaces::listensOn(live & ~Net::IsRunning, {}));
+        QVERIFY(interfaces::listensOn(live, "my virtual"_s) && interfaces::asksOn(live & ~Net::IsRunning));
         QVERIFY(!interfaces::listensOn(live, "VirtualBox Host-Only"_s));
+        QVERIFY(!interfaces::listensOn(live & ~Net::IsRunning, {}));
         for (const auto flags : {live & ~Net::IsUp, live & ~Net::CanMulticast, live | Net::IsLoopBack})
             QVERIFY(!interfaces::asksOn(flags) && !interfaces::listensOn(flags, {}));
     }
