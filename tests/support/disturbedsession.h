@@ -5,6 +5,8 @@
 
 #include <QTest>
 
+#include <climits>
+
 // The first of the actions disturbs it at a step, the others at the next ones.
 class DisturbedSession : public FtpSession
 {
