@@ -95,7 +95,8 @@ private slots:
              "USER anonymous@boat.invalid:2121|PASS anonymous@",
              "finished 1, state 0, state 1, state 2, state 3, finished 2, state 4, finished 3, finished 4"},
             // Transfers that go well.
-            {"the text is empty", "put-empty", "TYPE A|PASV|ALLO 0|STOR f", "of 0, of 0, finished 1"},
+            {"the second text is empty", "put put-empty", put + "|TYPE A|PASV|ALLO 0|STOR f",
+             "of 3, finished 1, of 0, of 0, finished 2"},
             {"the size is no number", "get", get, "ready 5, finished 1", "SIZE 200 Fine"},
             {"the size is negative", "get", get, "of 0, ready 5, finished 1", "SIZE 213 -7"},
             {"the server knows neither room nor size", "put get", put + '|' + get,
