@@ -91,8 +91,6 @@ Play has(const QByteArrayList &archives)
     };
 }
 
-const Play noHelp = answering("HELP", "502 No\r\n");
-
 // While the user is asked, who then answers or does not; after the first copy of the command; in the
 // transfer; while its end is told.
 enum When { Asked, Unanswered, Copied, Moving, Told };
@@ -147,6 +145,7 @@ private slots:
                    noEnd = patiently(answering("PASS", "230-" + QByteArray(3000000, 'x')));
         const auto replaced = [this] { hear(n6Host, "N6-2"); };
         const auto moved = [this] { hear(otherHost, "N6-\xc3\xa9"); };
+        const auto canceled = [] { qobject_cast<QDialog *>(QApplication::activeModalWidget())->reject(); };
         const auto several = [this] {
             client->processHeartbeat(HeartbeatBytes::device(Screen, "S", true), at("127.0.0.20"));
             QTRY_VERIFY(client->multipleServersDetected());
@@ -161,7 +160,7 @@ private slots:
             {"the archive never appears", never, unable, two, 15},
             {"the archive ends early", cut, failed, two},
             {"the archive is too long", patiently(tooMuch), failed, two},
-            {"the N6 knows no HELP", noHelp, failed, two},
+            {"the N6 knows no HELP", answering("HELP", "502 No\r\n"), failed, two},
             {"the N6 has no such service", &ScriptedFtpServer::close, failed, two, 0},
             {"the N6 falls silent", fallSilent, failed, two},
             {"the N6 talks without end", noEnd, failed, two},
@@ -174,6 +173,7 @@ private slots:
             {"the N6 moves while the user is asked", never, backupComplete, there, 0, twice, Asked, moved},
             {"the N6 moves before the archive is there", never, backupComplete, one, 0, twice, Copied, moved},
             {"the N6 moves on the way", patiently(fallSilent), backupComplete, two, 1, twice, Moving, moved},
+            {"the user cancels", soon, {}, none, 0, {}, Unanswered, canceled},
             {"the page goes while the user is asked", soon, {}, none, 0, {}, Unanswered, gone},
             {"the page goes on the way", asUsual, {}, two, 1, {}, Moving, gone},
         });
@@ -238,10 +238,9 @@ private slots:
 
     void resets_data()
     {
-        const QString none,
-            both = "10:0f4e362de9000000000000000000000000 10:0f4e362de9000000000000000000000000"_s;
+        const QString none, one = "10:0f4e362de9000000000000000000000000"_s, both = one + " "_s + one,
+                            notice = "2 Factory Reset"_s;
         const auto ended = [] { QCoreApplication::quit(); };
-        const QString notice = "2 Factory Reset"_s;
         addRows<Transfer>({
             {"all goes well", asUsual, notice, both, 0},
             {"another N6 comes while the user is asked", asUsual, notice, none, 0, {}, Asked, another},
