@@ -192,6 +192,7 @@ private slots:
         const Play confirmLate = [](ScriptedFtpServer &display) { display.confirmAfterMs = 8000; };
         addRows<End>({
             {"the display is busy", answering("", "421 Busy\r\n"), {}},
+            {"the display refuses the file", answering("STOR", "553 No\r\n"), "STOR"},
             {"the display refuses the connection", &PlayedDisplay::close, {}},
             {"the display hangs up", hangUp, "STOR"},
             {"it is silent before the file", answering("STOR", ""), "STOR", shortForReplies},
@@ -280,8 +281,7 @@ private slots:
         QCOMPARE(told.join(u' '), "(Unknown) (N6 Larch) (N6 Moss) (N6 Flint) (N6 Fjord) (N6 Heron)"_s);
         page.openWebinterface();
         QCOMPARE(opened, QUrl("http://127.0.0.10/"_s));
-        QWheelEvent notch({}, {}, {}, QPoint(0, -120), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
-                          false);
+        QWheelEvent notch({}, {}, {}, {0, -120}, Qt::NoButton, {}, Qt::NoScrollPhase, false);
         QApplication::sendEvent(port1, &notch);
         QVERIFY2(!notch.isAccepted(), "what lies behind may scroll");
     }
