@@ -149,6 +149,7 @@ private slots:
         boat.box(1)->setFocus();
         boat.box(1)->click();
         const QPointer<MonitorUpdateWidget> first = boat.rows().constFirst();
+        // Soon enough that no display is forgotten meanwhile.
         QTRY_VERIFY_WITH_TIMEOUT(first->geometry().bottom() < boat.rows().at(1)->y(), 2000);
         boat.hear(2);
         QVERIFY2(first, "250 lists of up to 250 new rows would hold the window for seconds");

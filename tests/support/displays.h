@@ -29,5 +29,6 @@ public:
 
     static QHostAddress addressOf(int number) { return QHostAddress(0x7F000014U + quint32(number)); }
 
+    /// Whoever hears it takes the display's address for the sender's.
     QUdpSocket udp;
 };
