@@ -1,6 +1,10 @@
 # shellcheck shell=bash
 # Sourced by the scripts: building and testing with a preset.
 
+# FTP servers to test against are fetched into this folder. Installed ones may stand where users do not look.
+readonly servers=$PWD/build/servers
+PATH=$PATH:/usr/sbin:$servers/usr/sbin
+
 # build_preset PRESET [TARGET...]: configures and builds the targets, or everything.
 build_preset() {
     local preset=$1
