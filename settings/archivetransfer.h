@@ -125,4 +125,3 @@ private:
     QTimer waitTimer{this};  // the next attempt
     QTimer stallTimer{this}; // the network has been silent for too long
 };
-Q_DECLARE_METATYPE(ArchiveTransfer::Outcome)

@@ -60,7 +60,6 @@ ServerWidget::ServerWidget(QWidget *parent, udpHBClient *sharedClient)
       defaultFolder(documentsOrHome()), udpSocket(new QUdpSocket(this)), archiveUrl(archiveWithoutHost())
 {
     qRegisterMetaType<QNetworkReply::NetworkError>();
-    qRegisterMetaType<ArchiveTransfer::Outcome>();
     form->setupUi(this);
     form->label_CurrentServer->setTextFormat(Qt::PlainText);
     setButtonsEnabled(false);

@@ -102,8 +102,7 @@ enum When { Asked, Unanswered, Copied, Moving, Told };
 struct Transfer {
     const char *name;
     Play play;
-    QString boxes;
-    QString sent;
+    QString boxes, sent;
     int sessions = 1;
     QByteArray saved = {};
     When when = Asked;
@@ -175,6 +174,8 @@ private slots:
             {"the N6 moves while the user is asked", never, backupComplete, there, 0, twice, Asked, moved},
             {"the N6 moves before the archive is there", never, backupComplete, one, 0, twice, Copied, moved},
             {"the N6 moves on the way", patiently(fallSilent), backupComplete, two, 1, twice, Moving, moved},
+            {"another one is begun while its end is told", asUsual, backupComplete + " "_s + backupComplete,
+             two + " "_s + two, 2, gzip, Told, [this] { page->startBackup(); }},
             {"the user cancels", soon, {}, none, 0, {}, Unanswered, canceled},
             {"the page goes while the user is asked", soon, {}, none, 0, {}, Unanswered, gone},
             {"the page goes on the way", asUsual, {}, two, 1, {}, Moving, gone},
@@ -290,7 +291,7 @@ private:
         connect(&n6, &QTcpServer::newConnection, &n6, [&] {
             heartbeat();
             // A backup that has been tried in vain would give way to another one.
-            const bool isOpen = action == backup && n6.lines.contains("USER kwz");
+            const bool isOpen = action == backup && row.when != Told && n6.lines.contains("USER kwz");
             isLocked &= control(restore)->isEnabled() == isOpen;
         });
         control(action)->click();
