@@ -146,24 +146,25 @@ private slots:
 
     void windowTellsAndUnlocksWhatIsReachable()
     {
-        QCoreApplication::setApplicationVersion("3.6"_s);
-        const Mainwindow window;
-        QVERIFY(window.windowTitle().endsWith(" - v3.6"_s));
-        QCOMPARE(window.windowIcon().availableSizes().size(), 6);
+        QCoreApplication::setApplicationVersion("3"_s);
+        Mainwindow window;
+        QVERIFY(window.windowTitle().endsWith(" - v3"_s) && window.windowIcon().availableSizes().size() == 6);
         QVERIFY(window.minimumSize() == QSize(770, 500) && window.size() == QSize(900, 640));
         const auto &strip = *window.findChild<connectionState *>();
+        window.grab();
+        const auto &logo = *window.findChild<QPushButton *>(QString(), Qt::FindDirectChildrenOnly);
+        QVERIFY(!logo.icon().isNull() && logo.iconSize() == QSize(900, 70));
         QVERIFY(strip.height() == 50 && strip.findChild<QLabel *>()->font().pixelSize() == 16);
         QCOMPARE(shown(window), "error: Not connected"_s);
         const auto *tabs = window.findChild<QTabWidget *>();
-        const char *const good = "ok: Connection ok",
-                          *const alone = "warning: Connection ok, but no N6 found",
+        const char *const ok = "ok: Connection ok", *const alone = "warning: Connection ok, but no N6 found",
                           *const old = "warning: Found Gen1 devices, contact support for suitable software";
         using Row = std::tuple<QByteArray, const char *, const char *, const char *>;
         for (const auto &[datagram, from, unlocked, said] :
              {Row{HeartbeatBytes::device(Screen, "A"), "127.0.0.21", "012", alone},
-              {HeartbeatBytes::device(Screen, "A", true), "127.0.0.21", "012", good},
+              {HeartbeatBytes::device(Screen, "A", true), "127.0.0.21", "012", ok},
               {HeartbeatBytes::device(Screen, "A"), "127.0.0.21", "012", alone},
-              {HeartbeatBytes::n6(), "127.0.0.20", "01234", good},
+              {HeartbeatBytes::n6(), "127.0.0.20", "01234", ok},
               {HeartbeatBytes::firstGeneration(), "127.0.0.22", "", old},
               {HeartbeatBytes::n6(), "127.0.0.20", "", old}}) {
             window.findChild<udpHBClient *>()->processHeartbeat(datagram, at(from));

@@ -90,8 +90,7 @@ private slots:
     void decodes()
     {
         const QString text = "0123456789abcd\u00e9 OS 5.1\u00e9 APP  "_s, ignored = "ignored"_s,
-                      firstGeneration = "first generation"_s,
-                      plain = " OS  APP  1 V 1 lux SCREEN  false false"_s;
+                      firstGen = "first generation"_s, plain = " OS  APP  1 V 1 lux SCREEN  false false"_s;
         const QByteArray whole = full(Screen);
         using Row = std::tuple<const char *, QByteArray, QString>;
         const Row rows[] = {
@@ -109,8 +108,8 @@ private slots:
             {"a negative first length", whole.left(38) + QByteArray("\x80\0", 2) + whole, ignored},
             {"a second length beyond the end", whole.left(38) + QByteArray("\0\1", 2), ignored},
             {"a negative second length", whole.left(38) + QByteArray("\0\xff", 2) + whole, ignored},
-            {"the first generation, with a hub's name", older("VHUB-VK38b", 38, Screen, 0), firstGeneration},
-            {"the first generation, cut", older("aTZ582", 18, Screen, 0), firstGeneration},
+            {"the first generation, with a hub's name", older("VHUB-VK38b", 38, Screen, 0), firstGen},
+            {"the first generation, cut", older("aTZ582", 18, Screen, 0), firstGen},
             {"an older device's long heartbeat", older("TZ582", 39), ignored},
             {"an older device's valid heartbeat", older("VK38", 54), ignored},
             {"a hub", older("VHUB1", 54), ignored},
@@ -271,13 +270,13 @@ private:
         QUdpSocket device;
         QVERIFY(device.bind(QHostAddress(QHostAddress::AnyIPv4), protocol::requestPort));
         QVERIFY(device.joinMulticastGroup(protocol::multicastGroup(), boat));
-        QList<int> withAll, alone;
+        QList<int> toAll, alone;
         const QDeadlineTimer early(protocol::requestRepeatMs);
         connect(&device, &QUdpSocket::readyRead, &device, [&] {
             while (device.hasPendingDatagrams()) {
                 const QNetworkDatagram asked = device.receiveDatagram();
                 const bool isForAll = asked.destinationAddress() == protocol::multicastGroup();
-                (isForAll ? withAll : alone) += asked.senderPort();
+                (isForAll ? toAll : alone) += asked.senderPort();
                 QVERIFY(isForAll ? asked.hopLimit() == protocol::requestTtl : early.hasExpired());
                 QCOMPARE(asked.data(), QByteArray(1, '\0'));
             }
@@ -288,11 +287,10 @@ private:
         const QSignalSpy ticks(&client, &udpHBClient::heartbeatTick);
         QTRY_COMPARE_WITH_TIMEOUT(ticks.size(), 6, 8000);
         // Each round goes out from both sockets; a busy system puts the second one off by a tick.
-        QTRY_COMPARE(withAll.size(), 2 * rounds);
+        QTRY_COMPARE(toAll.size(), 2 * rounds);
         QTRY_COMPARE(!alone.isEmpty(), serverKnown && rounds > 0);
         // After more than eight seconds without traffic new sockets ask, and one of them from a new port.
-        QTRY_COMPARE_WITH_TIMEOUT(QSet<int>(withAll.begin(), withAll.end()).size(), rounds == 0 ? 0 : 3,
-                                  5000);
+        QTRY_COMPARE_WITH_TIMEOUT(QSet<int>(toAll.begin(), toAll.end()).size(), rounds == 0 ? 0 : 3, 5000);
     }
 
     // Notes each signal of the client but its ticks.

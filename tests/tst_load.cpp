@@ -37,7 +37,7 @@ constexpr int displayCount = 3, packageBytes = 1'000'000, beatMs = 40;
 // The last display leaves so often; it is forgotten after 7 s.
 constexpr int awayEveryMs = 14000, awayMs = 10000;
 
-QByteArray heartbeat(int number)
+QByteArray beat(int number)
 {
     const DeviceKind kinds[] = {Screen, Screen2, Eink};
     return HeartbeatBytes::device(kinds[number % 3], "S");
@@ -55,7 +55,7 @@ int flood(const std::atomic<bool> &stop)
     while (!stop) {
         for (; !stop && sent < elapsed.elapsed() * datagramsPerMs; ++sent)
             senders[static_cast<size_t>(sent % senderCount)].writeDatagram(
-                heartbeat(sent), QHostAddress::LocalHost, protocol::heartbeatPort);
+                beat(sent), QHostAddress::LocalHost, protocol::heartbeatPort);
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
     return sent;
@@ -110,24 +110,22 @@ private slots:
     // Displays beat 50 times as fast as usual, one of them comes and goes, and they are updated all the time.
     void gathersNothing()
     {
-        const auto duration =
-            qRound64(qEnvironmentVariable("KELVORA_SOAK_MINUTES", "0.45"_s).toDouble() * 60000);
+        const auto end = qRound64(qEnvironmentVariable("KELVORA_SOAK_MINUTES", "0.45"_s).toDouble() * 60000);
         write(package, QByteArray(packageBytes, 'k'));
         Mainwindow window;
         window.show();
         QTimer heart;
         connect(&heart, &QTimer::timeout, this, [&] {
             for (int at = elapsed.elapsed() % awayEveryMs < awayMs ? 1 : 0; at < displayCount; ++at)
-                displays[at].udp.writeDatagram(heartbeat(0), QHostAddress::LocalHost,
-                                               protocol::heartbeatPort);
+                displays[at].udp.writeDatagram(beat(0), QHostAddress::LocalHost, protocol::heartbeatPort);
         });
         heart.start(beatMs);
         elapsed.start();
 
-        update(window, qMin<qint64>(60000, duration / 2));
+        update(window, qMin<qint64>(60000, end / 2));
         const qint64 memory = residentMemory();
         const QString before = holdings(window);
-        update(window, duration);
+        update(window, end);
 
         QCOMPARE(holdings(window), before);
         QVERIFY2(isSanitized || residentMemory() - memory < littleMemory, "memory");

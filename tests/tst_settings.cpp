@@ -30,8 +30,7 @@ extern "C" Q_DECL_EXPORT const char *__lsan_default_suppressions()
 namespace
 {
 
-const QString backupComplete = "1 Backup download complete!"_s,
-              backupUncreated = "3 Unable to create backup!"_s,
+const QString backupComplete = "1 Backup download complete!"_s, uncreated = "3 Unable to create backup!"_s,
               restoreComplete = "1 Backup upload complete!"_s;
 const QString backup = "backupButton"_s, restore = "restoreButton"_s, factory = "factoryButton"_s;
 const char *const n6Host = "127.0.0.10", *const otherHost = "127.0.0.11", *const older = "an older backup";
@@ -40,8 +39,7 @@ constexpr ArchiveTransfer::Patience patience{5000, 100000};
 constexpr int longerMs = 6500, longestTransferMs = 27000;
 
 // The word "abab" as a gzip stream.
-const auto gzip = QByteArray::fromHex("1f8b08000000000002ff4b4c4a4c0200a60ad73604000000"),
-           twice = gzip + gzip;
+const auto gzip = QByteArray::fromHex("1f8b08000000000002ff4b4c4a4c0200a60ad73604000000"), pair = gzip + gzip;
 
 class PlayedN6 : public ScriptedFtpServer
 {
@@ -138,10 +136,10 @@ private slots:
 
     void backsUp_data()
     {
-        const QByteArray padded = twice + '\0';
+        const QByteArray padded = pair + '\0';
         const Play fullDisk = [this](ScriptedFtpServer &) { QFile::link("/dev/full"_s, part); };
         const Play closedFolder = [this](ScriptedFtpServer &) { QVERIFY(QDir().mkdir(part)); };
-        const Play growing = has({"none", "", gzip.left(5), gzip.chopped(1), twice.chopped(1), padded}),
+        const Play growing = has({"none", "", gzip.left(5), gzip.chopped(1), pair.chopped(1), padded}),
                    never = has({"none"}), soon = has({"none", gzip}), cut = answering("SIZE", "213 100\r\n"),
                    noEnd = patiently(answering("PASS", "230-" + QByteArray(3000000, 'x')));
         const auto replaced = [this] { hear(n6Host, "N6-2"); };
@@ -166,14 +164,14 @@ private slots:
             {"the N6 tells no size, and the end does not come", unending("200 Fine\r\n"), failed, two},
             {"the N6 talks without end", noEnd, failed, two},
             {"the disk is full", fullDisk, failed, two},
-            {"the folder is closed", closedFolder, backupUncreated, two, 0},
+            {"the folder is closed", closedFolder, uncreated, two, 0},
             {"another N6 comes while the user is asked", soon, failed, none, 0, {}, Asked, another},
             {"a second server comes while the user is asked", soon, failed, none, 0, {}, Asked, several},
             {"another N6 comes before the archive", soon, backupComplete, one, 2, gzip, Copied, another},
             {"another N6 takes its address", soon, failed, one, 0, {}, Copied, replaced},
-            {"the N6 moves while the user is asked", never, backupComplete, there, 0, twice, Asked, moved},
-            {"the N6 moves before the archive is there", never, backupComplete, one, 0, twice, Copied, moved},
-            {"the N6 moves on the way", patiently(fallSilent), backupComplete, two, 1, twice, Moving, moved},
+            {"the N6 moves while the user is asked", never, backupComplete, there, 0, pair, Asked, moved},
+            {"the N6 moves before the archive is there", never, backupComplete, one, 0, pair, Copied, moved},
+            {"the N6 moves on the way", patiently(fallSilent), backupComplete, two, 1, pair, Moving, moved},
             {"another one is begun while its end is told", asUsual, backupComplete + " "_s + backupComplete,
              two + " "_s + two, 2, gzip, Told, [this] { page->startBackup(); }},
             {"the user cancels", soon, {}, none, 0, {}, Unanswered, canceled},
@@ -220,7 +218,7 @@ private slots:
               // Asked whether to replace the older one, the user says no and then types another name.
               {""_s, "Old 1.2.26"_s, "Old 1.2.26.tar.gz"_s, "2 Save As "_s + backupComplete},
               // No one has been asked about the file that this would replace.
-              {""_s, "a.part/x.tar.gz"_s, "a/x.tar.gz"_s, backupUncreated}}) {
+              {""_s, "a.part/x.tar.gz"_s, "a/x.tar.gz"_s, uncreated}}) {
             Answers answers(home.filePath(typed));
             QString offered;
             answers.answer = [&](QDialog *shown) {
@@ -260,7 +258,7 @@ private:
     void askFor(const QString &action)
     {
         QFETCH(const Transfer, row);
-        PlayedN6 n6, other(otherHost, twice);
+        PlayedN6 n6, other(otherHost, pair);
         // More than the system takes at once; on the disk it is a hole.
         QVERIFY(QFile::resize(target, 50000000));
         row.play(n6);
@@ -306,13 +304,15 @@ private:
         QVERIFY(row.saved.isNull() || n6.lines.count("QUIT") == row.sessions);
         QVERIFY(contents(target) == (row.saved.isNull() ? before : row.saved));
         QVERIFY(row.sent != "10:08 10:08"_s || n6.uploadedBytes == before.size());
+        // Where the dialog was, for the next one.
+        QCOMPARE(QSettings().contains("Dialogs/settings"_s), row.when != Unanswered && action != factory);
         QVERIFY(!QFileInfo(part).isFile() && !QFileInfo(part).isSymLink());
         if (!page)
             return;
         QCOMPARE(page->findChild<QLabel *>("label_CurrentServer"_s)->text(),
                  "Current server:  "_s + QString::fromUtf8(serial));
         for (const QString &name : {backup, restore, factory})
-            QCOMPARE(control(name)->isEnabled(), row.boxes != backupUncreated);
+            QCOMPARE(control(name)->isEnabled(), row.boxes != uncreated);
         const auto timers = page->findChildren<QTimer *>();
         for (const QTimer *timer : timers)
             QVERIFY2(!timer->isActive(), "what has ended is waited for");

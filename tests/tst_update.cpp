@@ -143,9 +143,7 @@ private slots:
 
     void rowsStayWithTheirDisplays()
     {
-        Displays boat;
-        boat.hear(0);
-        boat.hear(1);
+        Displays boat(2);
         boat.box(1)->setFocus();
         boat.box(1)->click();
         const QPointer<MonitorUpdateWidget> first = boat.rows().constFirst();

@@ -27,8 +27,7 @@ public:
     {
         const bool isLost = disturbances.first().contains("reset") && steps > disturbedStep;
         // What is left of an upload stays for its answer, but not for good.
-        const bool hasData =
-            server.data != nullptr && server.data->state() == QAbstractSocket::ConnectedState;
+        const bool hasData = server.data && server.data->state() == QAbstractSocket::ConnectedState;
         return !ftp ? !server.isTaken() && !hasData
                     : isDone() || (isLost && ftp->state() == QFtp::Unconnected);
     }

@@ -138,7 +138,7 @@ private:
                 {"cut", [this] { midway([this] { server.endData(); }); }},
                 {"reset", [this] { midway([this] { server.data->abort(); }); }},
                 {"cut-done", [this] { midway([this] { server.reply("226 Done\r\n"), server.endData(); }); }},
-                {"endless", [this] { sendBehindLastWord([] {}); }},
+                {"endless", [this] { sendBehindLastWord([this] { drip(); }); }},
                 {"hang-up-done", [this] { sendBehindLastWord([this] { hangUp(); }); }}};
     }
 
@@ -193,9 +193,19 @@ private:
     void sendBehindLastWord(const std::function<void()> &then)
     {
         server.onTheWay = [=] {
-            connect(ftp, &QFtp::readyRead, server.data, [=] { server.reply("226 Done\r\n"), then(); });
+            connect(ftp, &QFtp::readyRead, server.data, [=] {
+                if (progress.first == server.file.size())
+                    server.reply("226 Done\r\n"), then();
+            });
             server.data->write(server.file);
         };
+    }
+
+    // The second drop comes later than a standstill would be put up with.
+    void drip()
+    {
+        for (const int milliseconds : {5000, 32000})
+            QTimer::singleShot(milliseconds, server.data, [this] { server.data->write("6"); });
     }
 
     int loginId = 0;
