@@ -35,10 +35,11 @@ QString shown(const QWidget &window)
     const auto &strip = *window.findChild<connectionState *>();
     const auto pixels = [](const QIcon &icon) { return icon.pixmap(26).toImage(); };
     const QImage icon = pixels(strip.findChild<QPushButton *>()->icon());
-    QString text = ": "_s + strip.findChild<QLabel *>()->text();
+    QString text =
+        strip.findChild<QPushButton *>()->accessibleName() + ", "_s + strip.findChild<QLabel *>()->text();
     for (const QString &name : {"ok"_s, "warning"_s, "error"_s}) {
         if (!icon.isNull() && icon == pixels(builtinIcon(name)))
-            text.prepend(name);
+            text.prepend(name + " "_s);
     }
     return text;
 }
@@ -155,10 +156,12 @@ private slots:
         const auto &logo = *window.findChild<QPushButton *>(QString(), Qt::FindDirectChildrenOnly);
         QVERIFY(!logo.icon().isNull() && logo.iconSize() == QSize(900, 70));
         QVERIFY(strip.height() == 50 && strip.findChild<QLabel *>()->font().pixelSize() == 16);
-        QCOMPARE(shown(window), "error: Not connected"_s);
+        QCOMPARE(shown(window), "error State: error, Not connected"_s);
         const auto *tabs = window.findChild<QTabWidget *>();
-        const char *const ok = "ok: Connection ok", *const alone = "warning: Connection ok, but no N6 found",
-                          *const old = "warning: Found Gen1 devices, contact support for suitable software";
+        const char *const
+            ok = "ok State: good, Connection ok",
+            *const alone = "warning State: warning, Connection ok, but no N6 found",
+            *const old = "warning State: warning, Found Gen1 devices, contact support for suitable software";
         using Row = std::tuple<QByteArray, const char *, const char *, const char *>;
         for (const auto &[datagram, from, unlocked, said] :
              {Row{HeartbeatBytes::device(Screen, "A"), "127.0.0.21", "012", alone},
@@ -182,16 +185,16 @@ private slots:
         udpHBClient client(udpHBClient::Passive);
         const connectionState strip(&window, &client);
         const QDeadlineTimer early(5500);
-        QTRY_COMPARE_WITH_TIMEOUT(shown(window), "error: Connection problem, check your network settings"_s,
-                                  8000);
+        QTRY_COMPARE_WITH_TIMEOUT(
+            shown(window), "error State: error, Connection problem, check your network settings"_s, 8000);
         QVERIFY(early.hasExpired());
         client.processHeartbeat(HeartbeatBytes::n6(), at("127.0.0.20"));
-        QCOMPARE(shown(window), "ok: N6 connection ok, no screens connected"_s);
+        QCOMPARE(shown(window), "ok State: good, N6 connection ok, no screens connected"_s);
         // A conflict of servers shows at the next change that the client reports.
         client.processHeartbeat(HeartbeatBytes::device(Screen, "A", true), at("127.0.0.21"));
         QTRY_VERIFY_WITH_TIMEOUT(client.multipleServersDetected(), 5000);
         client.processHeartbeat(HeartbeatBytes::device(Screen2, "C"), at("127.0.0.23"));
-        QCOMPARE(shown(window), "warning: Connection ok, but multiple servers configured"_s);
+        QCOMPARE(shown(window), "warning State: warning, Connection ok, but multiple servers configured"_s);
     }
 
     void everyControlIsNamedAndReached()

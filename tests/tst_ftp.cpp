@@ -84,12 +84,10 @@ private slots:
             {"the server calls a first line superfluous", "put cd", "TYPE I",
              "of 3, " + putFailed + "So what", "TYPE 202 So what"},
             {"the password is wrong", "", "", "failed 0, done Login failed:\nNo", "PASS 530 No"},
-            {"the server wants no password", "raw", "USER kwz|SITE x", "raw Fine200, finished 1",
-             "USER 230 Hello"},
+            {"no password is wanted", "raw", "USER kwz|SITE x", "raw Fine200, finished 1", "USER 230 Hello"},
             {"the reply is long, and has lines that are none", "raw", "SITE x",
              "raw w\r\n226 x\r\n22\r\ny\r\nz230, finished 1",
-             "SITE 099 a\r\n600 a\r\n160 a\r\n1/0 a\r\n10: a\r\n10\r\n230-w\r\n226 x\r\n22\r\n"
-             "230-y\r\n230 z"},
+             "SITE 099 a\r\n600 a\r\n160 a\r\n1/0 a\r\n10:\r\n10\r\n230-w\r\n226 x\r\n22\r\n230-y\r\n230 z"},
             {"it goes through a proxy and then without", "proxy connect-boat guest no-proxy",
              "USER anonymous@boat.invalid:2121|PASS anonymous@",
              "finished 1, state 0, state 1, state 2, state 3, finished 2, state 4, finished 3, finished 4"},
@@ -118,8 +116,7 @@ private slots:
             {"the folder is missing", "no-folder list", "TYPE A|PASV|LIST update",
              "failed 1, " + listFailed + "x: No such file or directory\r\n"},
             {"the file is too short", "get", get, "of 7000000000, ready 5, " + getCut, "SIZE 213 7000000000"},
-            {"the disk is full", "get-full-disk", get + "|ABOR",
-             "of 5, " + getFailed + "No space left on device"},
+            {"the disk is full", "get-full", get + "|ABOR", "of 5, " + getFailed + "No space left on device"},
             {"the sink vanishes", "sink-gone get-file", get + "|ABOR",
              "of 5, " + getFailed + "The file to download into is gone"},
             {"the source is missing", "put-closed", "", putFailed + "No such file or directory"},
@@ -129,8 +126,7 @@ private slots:
             {"the cut upload is called done", "no-last-word cut-done put-large", putLarge, ofLarge + putCut},
             {"the upload is cut off at once", "cut-at-once put", put, "of 3, " + putCut, "STOR 150 Go"},
             {"the upload is reset", "no-last-word reset put-large", putLarge, ofLarge + putCut},
-            {"the server names no port", "put", put, "of 3, " + putCut,
-             "PASV 227 Nowhere|STOR 150 Go\r\n226 Done"},
+            {"no port is named", "put", put, "of 3, " + putCut, "PASV 227 No|STOR 150 Go\r\n226 Done"},
             {"a port comes for a go-ahead", "put", put, "of 3, " + putCut, "STOR " + closedPort},
             {"the server never connects", "active list", "TYPE A|PORT|LIST update",
              "finished 1, failed 2, " + listRefused, "PORT 200 Fine|LIST 150 Go"},
@@ -274,7 +270,7 @@ private slots:
         QTest::addColumn<QByteArray>("actions");
         for (const char *const words :
              {"list get put raw close", "active list get put raw close", "put-file", "put-empty",
-              "put-stream", "source-gone put-large", "get-full-disk", "sink-gone get-file",
+              "put-stream", "source-gone put-large", "get-full", "sink-gone get-file",
               "proxy connect-boat guest no-proxy", "cd remove put-closed"}) {
             for (const char *const actions :
                  {"loop", "loop-delete", "loop-later", "abort", "abort-close-later", "delete", "reset",

@@ -27,9 +27,8 @@ public:
     {
         const bool isLost = disturbances.first().contains("reset") && steps > disturbedStep;
         // What is left of an upload stays for its answer, but not for good.
-        const bool hasData = server.data && server.data->state() == QAbstractSocket::ConnectedState;
-        return !ftp ? !server.isTaken() && !hasData
-                    : isDone() || (isLost && ftp->state() == QFtp::Unconnected);
+        const bool flows = server.data && server.data->state() == QAbstractSocket::ConnectedState;
+        return !ftp ? !server.isTaken() && !flows : isDone() || (isLost && ftp->state() == QFtp::Unconnected);
     }
 
     int steps = 0;

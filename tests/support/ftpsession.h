@@ -111,7 +111,7 @@ private:
                 {"list", [this] { ftp->list("update"_s); }},
                 {"get", [this] { ftp->get("f"_s); }},
                 {"get-file", [this] { ftp->get("f"_s, fileOf(0)); }},
-                {"get-full-disk", [this] { ftp->get("f"_s, opened(new QFile("/dev/full"_s, ftp), 0)); }},
+                {"get-full", [this] { ftp->get("f"_s, opened(new QFile("/dev/full"_s, ftp), 0)); }},
                 {"put", [this] { ftp->put("abc", "f"_s); }},
                 {"put-empty", [this] { ftp->put(QByteArray(), "f"_s, QFtp::Ascii); }},
                 {"put-closed", [this] { ftp->put(new QFile("/missing"_s, ftp), "f"_s); }},
