@@ -85,8 +85,7 @@ private slots:
              "of 3, " + putFailed + "So what", "TYPE 202 So what"},
             {"the password is wrong", "", "", "failed 0, done Login failed:\nNo", "PASS 530 No"},
             {"no password is wanted", "raw", "USER kwz|SITE x", "raw Fine200, finished 1", "USER 230 Hello"},
-            {"the reply is long, and has lines that are none", "raw", "SITE x",
-             "raw w\r\n226 x\r\n22\r\ny\r\nz230, finished 1",
+            {"a reply has odd lines", "raw", "SITE x", "raw w\r\n226 x\r\n22\r\ny\r\nz230, finished 1",
              "SITE 099 a\r\n600 a\r\n160 a\r\n1/0 a\r\n10:\r\n10\r\n230-w\r\n226 x\r\n22\r\n230-y\r\n230 z"},
             {"it goes through a proxy and then without", "proxy connect-boat guest no-proxy",
              "USER anonymous@boat.invalid:2121|PASS anonymous@",
@@ -137,6 +136,7 @@ private slots:
             {"an upload is aborted", abortLarge, putEnded, ofLarge + putFailed + "Cut off",
              "ABOR 426 Cut off\r\n226 Aborted"},
             {"an upload is aborted too late", abortLarge, putEnded, aborted, "ABOR 226 Done\r\n225 Nothing"},
+            {"an abort finds nothing to cut off", abortLarge, putEnded, aborted, "ABOR 225 Nothing"},
             {"an abort has no last word", abortLarge, putEnded, aborted, "ABOR 150 Later"},
             // No connection.
             {"the server has too many clients", "cd", "",
