@@ -27,7 +27,7 @@ public:
     {
         const bool isLost = disturbances.first().contains("reset") && steps > disturbedStep;
         // What is left of an upload stays for its answer, but not for good.
-        const bool flows = server.data && server.data->state() == QAbstractSocket::ConnectedState;
+        const bool flows = server.data != nullptr && server.data->state() == QAbstractSocket::ConnectedState;
         return !ftp ? !server.isTaken() && !flows : isDone() || (isLost && ftp->state() == QFtp::Unconnected);
     }
 
