@@ -31,7 +31,7 @@ namespace
 {
 
 const QString backupComplete = "1 Backup download complete!"_s, uncreated = "3 Unable to create backup!"_s,
-              restoreComplete = "1 Backup upload complete!"_s;
+              restored = "1 Backup upload complete!"_s;
 const QString backup = "backupButton"_s, restore = "restoreButton"_s, factory = "factoryButton"_s;
 const char *const n6Host = "127.0.0.10", *const otherHost = "127.0.0.11", *const older = "an older backup";
 // Shorter than usual; a transfer may take longer in all, the longest when it is tried 15 times.
@@ -40,6 +40,8 @@ constexpr int longerMs = 6500, longestTransferMs = 27000;
 
 // The word "abab" as a gzip stream.
 const auto gzip = QByteArray::fromHex("1f8b08000000000002ff4b4c4a4c0200a60ad73604000000"), pair = gzip + gzip;
+
+const auto twice = [](const QString &told) { return told + " "_s + told; };
 
 class PlayedN6 : public ScriptedFtpServer
 {
@@ -172,8 +174,8 @@ private slots:
             {"the N6 moves while the user is asked", never, backupComplete, there, 0, pair, Asked, moved},
             {"the N6 moves before the archive is there", never, backupComplete, one, 0, pair, Copied, moved},
             {"the N6 moves on the way", patiently(fallSilent), backupComplete, two, 1, pair, Moving, moved},
-            {"another one is begun while its end is told", asUsual, backupComplete + " "_s + backupComplete,
-             two + " "_s + two, 2, gzip, Told, [this] { page->startBackup(); }},
+            {"another begins as its end is told", asUsual, twice(backupComplete), twice(two), 2, gzip, Told,
+             [this] { page->startBackup(); }},
             {"the user cancels", soon, {}, none, 0, {}, Unanswered, canceled},
             {"the page goes while the user is asked", soon, {}, none, 0, {}, Unanswered, gone},
             {"the page goes on the way", asUsual, {}, two, 1, {}, Moving, gone},
@@ -185,18 +187,17 @@ private slots:
     {
         const Play emptyFile = [this](ScriptedFtpServer &) { QFile::resize(target, 0); };
         const auto again = [this] { page->startRestore(); };
-        const QString none, both = "10:08 10:08"_s, four = both + " "_s + both;
-        const QString unstored = "3 Settings upload failed!"_s,
-                      restored = restoreComplete + " "_s + restoreComplete;
+        const QString none, both = "10:08 10:08"_s, unstored = "3 Settings upload failed!"_s;
         addRows<Transfer>({
-            {"the N6 takes long to confirm", confirmLate, restoreComplete, both},
+            {"the N6 takes long to confirm", confirmLate, restored, both},
             {"the file is empty", emptyFile, unstored, none, 0},
+            {"the N6 has no room", answering("done", "552 Full\r\n"), unstored, none},
             {"the N6 hangs up", patiently(hangUp), unstored, none},
             {"the N6 confirms a part of it", confirmAPart, unstored, none},
             {"the N6 falls silent", fallSilent, unstored, none},
             {"another N6 comes while the user is asked", asUsual, unstored, none, 0, {}, Asked, another},
             {"another N6 comes on the way", asUsual, unstored, none, 1, {}, Moving, another},
-            {"another one is begun while its end is told", asUsual, restored, four, 2, {}, Told, again},
+            {"another begins as its end is told", asUsual, twice(restored), twice(both), 2, {}, Told, again},
             {"the page goes on the way", asUsual, {}, none, 1, {}, Moving, gone},
         });
     }
@@ -239,11 +240,10 @@ private slots:
 
     void resets_data()
     {
-        const QString none, one = "10:0f4e362de9000000000000000000000000"_s, both = one + " "_s + one,
-                            notice = "2 Factory Reset"_s;
+        const QString none, one = "10:0f4e362de9000000000000000000000000"_s, notice = "2 Factory Reset"_s;
         const auto ended = [] { QCoreApplication::quit(); };
         addRows<Transfer>({
-            {"all goes well", asUsual, notice, both, 0},
+            {"all goes well", asUsual, notice, twice(one), 0},
             {"another N6 comes while the user is asked", asUsual, notice, none, 0, {}, Asked, another},
             {"the page goes while the user is asked", asUsual, notice, none, 0, {}, Unanswered, gone},
             // The last one, since no dialog opens after the end of the program.

@@ -204,8 +204,8 @@ private:
     // The second drop comes later than a standstill would be put up with.
     void drip()
     {
-        for (const int milliseconds : {5000, 32000})
-            QTimer::singleShot(milliseconds, server.data, [this] { server.data->write("6"); });
+        for (const int ms : {5000, 32000})
+            QTimer::singleShot(ms, server.data, [this] { ftp->readAll(), server.data->write("6"); });
     }
 
     int loginId = 0;

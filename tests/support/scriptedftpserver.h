@@ -50,11 +50,12 @@ public:
         data->connectToHost(QHostAddress::LocalHost, static_cast<quint16>(port));
     }
 
-    /// By verb ("" is the greeting): sent instead of what would be done.
+    /// By verb ("" is the greeting, "done" the last word of a transfer): sent instead of what would be done.
     QHash<QByteArray, QByteArray> answers{{"", "220 Ready\r\n"},
                                           {"USER", "331 Password?\r\n"},
                                           {"PASS", "230 Welcome\r\n"},
-                                          {"RNFR", "350 To?\r\n"}};
+                                          {"RNFR", "350 To?\r\n"},
+                                          {"done", "226 Done\r\n"}};
     /// Asked first; true: it has dealt with the line.
     std::function<bool(const QByteArray &verb)> takeOver = [](const QByteArray &) { return false; };
     /// Done instead of moving a file, after the go-ahead for it.
@@ -124,7 +125,7 @@ private:
             if (socket == data)
                 data = nullptr;
             if (!transfer.isEmpty() && confirmAfterMs >= 0)
-                QTimer::singleShot(confirmAfterMs, this, [this] { reply("226 Done\r\n"); });
+                QTimer::singleShot(confirmAfterMs, this, [this] { reply(answers["done"]); });
             transfer.clear();
             socket->deleteLater();
         });
