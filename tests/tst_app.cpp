@@ -225,8 +225,7 @@ private slots:
         const QStringList all = QStringList("en"_s) + languages();
         for (const QString &language : all) {
             QTest::newRow(qPrintable("the language is "_s + language)) << language << usualPixels;
-            QTest::newRow(qPrintable("in large, the language is "_s + language))
-                << language << usualPixels * 3 / 2;
+            QTest::newRow(qPrintable("in large, it is "_s + language)) << language << usualPixels * 3 / 2;
         }
     }
     void everyTextHasItsPlace()

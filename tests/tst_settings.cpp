@@ -224,7 +224,8 @@ private slots:
             QString offered;
             answers.answer = [&](QDialog *shown) {
                 const auto *dialog = qobject_cast<QFileDialog *>(shown);
-                if (dialog && offered.isEmpty())
+                const QStringList kinds("Kelvora Settings Backup (*.tar.gz)"_s);
+                if (dialog && dialog->nameFilters() == kinds && offered.isEmpty())
                     offered = dialog->directory().filePath(dialog->findChild<QLineEdit *>()->text());
                 if (!answers.boxes.isEmpty())
                     answers.file = home.filePath("new"_s);

@@ -12,11 +12,11 @@
 #include <QProcess>
 #include <QTemporaryFile>
 
-constexpr int longestWaitMs = 60000;
+constexpr int waitMs = 60000;
 constexpr int largeBytes = 32 << 20;
 
 // Without the pauses between looks that QTest::qWaitFor() makes.
-inline bool waitUntil(const std::function<bool()> &isSo, int milliseconds = longestWaitMs)
+inline bool waitUntil(const std::function<bool()> &isSo, int milliseconds = waitMs)
 {
     const QDeadlineTimer end(milliseconds);
     QTimer wake;
@@ -47,8 +47,7 @@ public:
             const bool isWhole = progress.second == 0 || progress.first == progress.second;
             note(error ? "failed %1" : isWhole ? "finished %1" : "incomplete %1", id - loginId);
         });
-        connect(ftp, &QFtp::done,
-                [this](bool error) { note("done %1", error ? ftp->errorString() : "well"_s); });
+        connect(ftp, &QFtp::done, [this](bool bad) { note("done %1", bad ? ftp->errorString() : "well"_s); });
         connect(ftp, &QFtp::listInfo, [this](const QUrlInfo &info) { note("list %1", info.name()); });
         connect(ftp, &QFtp::dataTransferProgress, [this](qint64 bytes, qint64 total) {
             progress = {bytes, total};
@@ -124,22 +123,24 @@ private:
 
     Meanings troubles()
     {
-        return {{"no-folder", [this] { server.listing = "x: No such file or directory\r\nhalf"; }},
-                {"no-last-word", [this] { server.confirmAfterMs = -1; }},
-                {"late-last-word", [this] { server.confirmAfterMs = 6000; }},
-                {"abort-at-password", [this] { before("PASS", [this] { ftp->abort(); }); }},
-                // Is faster than the server at the port that PORT names.
-                {"stranger", [this] { before("PORT", [this] { server.openActive("127.0.0.2"); }); }},
-                {"sink-gone", [this] { server.onTheWay = [this] { delete file, server.endData("12345"); }; }},
-                {"source-gone", [this] { midway([this] { delete file; }); }},
-                {"source-shrinks", [this] { midway([this] { qobject_cast<QFile *>(file)->resize(0); }); }},
-                {"abort-midway", [this] { midway([this] { ftp->abort(); }); }},
-                {"cut-at-once", [this] { before("ALLO", [this] { server.endData(); }); }},
-                {"cut", [this] { midway([this] { server.endData(); }); }},
-                {"reset", [this] { midway([this] { server.data->abort(); }); }},
-                {"cut-done", [this] { midway([this] { server.reply("226 Done\r\n"), server.endData(); }); }},
-                {"endless", [this] { sendBehindLastWord([this] { drip(); }); }},
-                {"hang-up-done", [this] { sendBehindLastWord([this] { hangUp(); }); }}};
+        return {
+            {"no-folder", [this] { server.listing = "x: No such file or directory\r\nhalf"; }},
+            {"no-last-word", [this] { server.confirmAfterMs = -1; }},
+            {"late-last-word", [this] { server.confirmAfterMs = 6000; }},
+            {"abort-at-password", [this] { before("PASS", [this] { ftp->abort(); }); }},
+            // Is faster than the server at the port that PORT names.
+            {"stranger", [this] { before("PORT", [this] { server.openActive("127.0.0.2"); }); }},
+            {"sink-gone", [this] { server.onTheWay = [this] { delete file, server.endData("12345"); }; }},
+            {"source-gone", [this] { midway([this] { delete file; }); }},
+            {"source-shrinks", [this] { midway([this] { qobject_cast<QFile *>(file)->resize(0); }); }},
+            {"abort-midway", [this] { midway([this] { ftp->abort(); }); }},
+            {"cut-at-once", [this] { before("ALLO", [this] { server.endData(); }); }},
+            {"cut", [this] { midway([this] { server.endData(); }); }},
+            {"reset", [this] { midway([this] { server.data->abort(); }); }},
+            {"cut-done", [this] { midway([this] { server.reply("226 Done\r\n"), server.endData(); }); }},
+            {"endless", [this] { sendBehindEnd([this] { drip(); }); }},
+            {"hang-up-abort", [this] { sendBehindEnd([this] { hangUp([this] { ftp->abort(); }); }); }},
+            {"hang-up-done", [this] { sendBehindEnd([this] { hangUp([this] { server.endData(); }); }); }}};
     }
 
     void note(const char *text, const QVariant &value)
@@ -182,15 +183,15 @@ private:
         return process;
     }
 
-    // The data connection ends only when the client has seen that.
-    void hangUp()
+    // Of the control connection, and what happens when the client has seen that.
+    void hangUp(const std::function<void()> &then)
     {
         server.control->disconnectFromHost();
-        connect(ftp, &QFtp::stateChanged, server.data, [this] { server.endData(); });
+        connect(ftp, &QFtp::stateChanged, server.data, [=](int state) { state > 0 ? void() : then(); });
     }
 
     // The last reply comes behind the first data; then the data connection stays open, but for this.
-    void sendBehindLastWord(const std::function<void()> &then)
+    void sendBehindEnd(const std::function<void()> &then)
     {
         server.onTheWay = [=] {
             connect(ftp, &QFtp::readyRead, server.data, [=] {
