@@ -33,9 +33,8 @@ constexpr qint64 littleMemory = 2'000'000; // what the allocator and the toolkit
 constexpr int datagramsPerMs = isSanitized ? 1 : 10, senderCount = isSanitized ? 40 : 200;
 constexpr int settleMs = 1500, floodMs = 5000, probeMs = 10;
 
-constexpr int displayCount = 3, packageBytes = 1'000'000, beatMs = 40;
-// The last display leaves so often; it is forgotten after 7 s.
-constexpr int awayEveryMs = 14000, awayMs = 10000;
+// The last display leaves so often, and for so long; it is forgotten after 7 s.
+constexpr int displayCount = 3, packageBytes = 1'000'000, beatMs = 40, awayEveryMs = 14000, awayMs = 10000;
 
 QByteArray beat(int number)
 {

@@ -310,8 +310,9 @@ private:
         QVERIFY(!QFileInfo(part).isFile() && !QFileInfo(part).isSymLink());
         if (!page)
             return;
-        QCOMPARE(page->findChild<QLabel *>("label_CurrentServer"_s)->text(),
-                 "Current server:  "_s + QString::fromUtf8(serial));
+        const auto *label = page->findChild<QLabel *>("label_CurrentServer"_s);
+        QCOMPARE(label->text(), "Current server:  "_s + QString::fromUtf8(serial));
+        QCOMPARE(label->textFormat(), Qt::PlainText);
         for (const QString &name : {backup, restore, factory})
             QCOMPARE(control(name)->isEnabled(), row.boxes != uncreated);
         const auto timers = page->findChildren<QTimer *>();
