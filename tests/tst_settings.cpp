@@ -215,7 +215,7 @@ private slots:
         // told.
         for (const auto &[opened, typed, file, told] :
              {Row{""_s, "sub/x.tar.gz"_s, "sub/x.tar.gz"_s, backupComplete},
-              {"/sub"_s, "1.2.26"_s, "1.2.26.tar.gz"_s, backupComplete},
+              {"/sub"_s, "1.2.26.gz"_s, "1.2.26.gz.tar.gz"_s, backupComplete},
               // Asked whether to replace the older one, the user says no and then types another name.
               {""_s, "Old 1.2.26"_s, "Old 1.2.26.tar.gz"_s, "2 Save As "_s + backupComplete},
               // No one has been asked about the file that this would replace.
