@@ -225,7 +225,7 @@ private slots:
             answers.answer = [&](QDialog *shown) {
                 const auto *dialog = qobject_cast<QFileDialog *>(shown);
                 const QStringList kinds("Kelvora Settings Backup (*.tar.gz)"_s);
-                if (dialog && dialog->nameFilters() == kinds && offered.isEmpty())
+                if (dialog != nullptr && dialog->nameFilters() == kinds && offered.isEmpty())
                     offered = dialog->directory().filePath(dialog->findChild<QLineEdit *>()->text());
                 if (!answers.boxes.isEmpty())
                     answers.file = home.filePath("new"_s);

@@ -184,7 +184,7 @@ private:
     }
 
     // Of the control connection, and what happens when the client has seen that.
-    void hangUp(const std::function<void()> &then)
+    void hangUp(const std::function<void()> &then) const
     {
         server.control->disconnectFromHost();
         connect(ftp, &QFtp::stateChanged, server.data, [=](int state) { state > 0 ? void() : then(); });
