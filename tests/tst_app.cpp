@@ -152,6 +152,7 @@ private slots:
         QVERIFY(window.windowTitle().endsWith(" - v3"_s) && window.windowIcon().availableSizes().size() == 6);
         QVERIFY(window.minimumSize() == QSize(770, 500) && window.size() == QSize(900, 640));
         const auto &strip = *window.findChild<connectionState *>();
+        // Tells its widgets their sizes, as showing it would.
         window.grab();
         const auto &logo = *window.findChild<QPushButton *>(QString(), Qt::FindDirectChildrenOnly);
         QVERIFY(!logo.icon().isNull() && logo.iconSize() == QSize(900, 70));

@@ -187,7 +187,7 @@ private:
     void hangUp(const std::function<void()> &then) const
     {
         server.control->disconnectFromHost();
-        connect(ftp, &QFtp::stateChanged, server.data, [=](int state) { state > 0 ? void() : then(); });
+        connect(ftp, &QFtp::stateChanged, server.data, [=](int state) { state == 0 ? then() : void(); });
     }
 
     // The last reply comes behind the first data; then the data connection stays open, but for this.
