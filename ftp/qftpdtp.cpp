@@ -54,16 +54,15 @@ void QFtpDTP::setTransfer(Transfer next)
     socket.reset();
     connection = Connection::None;
     kind = next;
-    forgetDevice();
+    forgetUpload();
     listing.clear();
     bytesDone = 0;
     bytesTotal = 0;
     clearError();
 }
 
-void QFtpDTP::forgetDevice()
+void QFtpDTP::forgetUpload()
 {
-    device.clear();
     bytesToUpload.close();
     bytesToUpload.setData(QByteArray());
 }
@@ -113,7 +112,6 @@ QString QFtpDTP::shortfall() const
 
 void QFtpDTP::connectToHost(const QString &host, quint16 port)
 {
-    listener.close();
     useSocket(new QTcpSocket(this), QStringLiteral("QFtpDTP Passive state socket"));
     connection = Connection::Connecting;
     copyNetworkSession(this, socket.get());
@@ -208,7 +206,7 @@ void QFtpDTP::endTransfer()
         abortConnection();
     listener.close();
     kind = Transfer::None;
-    forgetDevice();
+    forgetUpload();
 }
 
 QAbstractSocket::SocketState QFtpDTP::state() const

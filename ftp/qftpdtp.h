@@ -124,7 +124,7 @@ private:
     void setTransfer(Transfer next);
     static QString sourceFailure();
     bool isAllSent() const;
-    void forgetDevice();
+    void forgetUpload();
     void useSocket(QTcpSocket *next, const QString &name);
     void countSent(qint64 bytes);
     void finishUpload();

@@ -449,7 +449,7 @@ void QFtpPI::advance(const QString &text)
     emit finished(text);
 }
 
-// Idle -> Waiting; it stays Idle, with an error, when the data connection's line cannot be completed.
+// Idle, OpeningData -> Waiting; Idle, with an error, when the data connection's line cannot be completed.
 void QFtpPI::sendNextLine()
 {
     currentCmd = pendingCommands.takeFirst();
@@ -492,14 +492,13 @@ void QFtpPI::openDataConnection(const PassiveEndpoint &server)
     dtp.connectToHost(server.host, server.port);
 }
 
-// OpeningData -> Idle, Waiting; DrainingData as by dataConnectionClosed(). Any other stays.
+// OpeningData -> Waiting, Idle; DrainingData as by dataConnectionClosed(). Any other stays.
 void QFtpPI::dtpConnectState(int dataState)
 {
     if (dataState == QFtpDTP::CsClosed) {
         dataConnectionClosed();
     } else if (state == State::OpeningData && dataState == QFtpDTP::CsConnected) {
-        changeState(State::Idle);
-        advance(QString());
+        sendNextLine();
     } else if (state == State::OpeningData) {
         refuseDataConnection();
     }
@@ -580,10 +579,6 @@ void QFtpPI::giveUpDraining(const QString &text)
 // Any -> Idle, Unconnected: whatever the line was, its command is over.
 void QFtpPI::endWithError(int code, const QString &text)
 {
-    pendingCommands.clear();
-    currentCmd.clear();
-    heldReply.reset();
-    dtp.abortConnection();
-    changeState(isConnected() ? State::Idle : State::Unconnected);
+    clearPendingCommands();
     emit error(code, text);
 }

@@ -150,7 +150,7 @@ QHostAddress MonitorUpdate::focusedDisplay() const
 {
     const QWidget *const focused = window()->focusWidget();
     const auto *const row = qobject_cast<MonitorUpdateWidget *>(focused ? focused->parentWidget() : nullptr);
-    return row && isAncestorOf(row) ? row->deviceAddress() : QHostAddress();
+    return row ? row->deviceAddress() : QHostAddress();
 }
 
 MonitorUpdateWidget *MonitorUpdate::addRow(const ScreenDevice &screen)

@@ -97,7 +97,6 @@ void Upload::takeState(int ftpState)
 // What was reported as over must not go on when the device is back.
 void Upload::giveUp()
 {
-    ftp->disconnect(this);
     ftp->abort();
     finish(true);
 }
