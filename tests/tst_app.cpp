@@ -153,9 +153,10 @@ private slots:
         QVERIFY(window.minimumSize() == QSize(770, 500) && window.size() == QSize(900, 640));
         const auto &strip = *window.findChild<connectionState *>();
         // Tells its widgets their sizes, as showing it would.
-        window.grab();
+        const QImage picture = window.grab().toImage();
         const auto &logo = *window.findChild<QPushButton *>(QString(), Qt::FindDirectChildrenOnly);
-        QVERIFY(!logo.icon().isNull() && logo.iconSize() == QSize(900, 70));
+        QVERIFY(!logo.icon().isNull() && logo.iconSize() == QSize(900, 70) &&
+                picture.pixelColor(logo.pos()) == Qt::black);
         QVERIFY(strip.height() == 50 && strip.findChild<QLabel *>()->font().pixelSize() == 16);
         QCOMPARE(shown(window), "error State: error, Not connected"_s);
         const auto *tabs = window.findChild<QTabWidget *>();

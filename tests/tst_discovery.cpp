@@ -55,7 +55,7 @@ QString told(const QByteArray &datagram)
 
 QByteArray full(DeviceKind kind)
 {
-    return HeartbeatBytes{kind, "0123456789abcd\xc3\xa9", 0xFF, "", "5.1\xe9", "1.4.22", 351.125, 12.345F,
+    return HeartbeatBytes{kind, "0123456789abcd\xc3\xa9", 0xFF, "", "5.1\xe9", "1.4.22", 351.126, 12.345F,
                           0x80}
         .build();
 }
@@ -68,7 +68,7 @@ QByteArray measured(double lux, float volts)
 // An older device's; not valid, which does not count where it is of the first generation.
 QByteArray older(const QByteArray &serial, int size, DeviceKind kind = Screen, quint8 valid = 1)
 {
-    return HeartbeatBytes{kind, serial, 0, "", "12345678901234", "", 0.0, 0.0F, 0, valid}.build().left(size);
+    return HeartbeatBytes{kind, serial, 0, "", "12345678901234", "", 0.0, 12.0F, 0, valid}.build().left(size);
 }
 
 } // namespace
@@ -90,7 +90,7 @@ private slots:
     void decodes()
     {
         const QString text = "0123456789abcd\u00e9 OS 5.1\u00e9 APP  "_s, ignored = "ignored"_s,
-                      firstGen = "first generation"_s, plain = " OS  APP  1 V 1 lux SCREEN  false false"_s;
+                      firstGen = "first generation"_s, plain = " OS  APP  1 V 1.13 lux SCREEN  false false"_s;
         const QByteArray whole = full(Screen);
         using Row = std::tuple<const char *, QByteArray, QString>;
         const Row rows[] = {
@@ -114,7 +114,7 @@ private slots:
             {"an older device's valid heartbeat", older("VK38", 54), ignored},
             {"a hub", older("VHUB1", 54), ignored},
             {"an older name in another kind", older("VK38", 38, Screen2), ignored},
-            {"an older name behind the end", measured(1, 1).replace(3, 4, "VK38"), QLatin1Char('S') + plain},
+            {"an older name behind the end", measured(1.125, 1).replace(3, 4, "VK38"), "S"_s + plain},
         };
         for (const auto &[name, bytes, record] : rows) {
             // An exact copy on the heap, so that a sanitizer sees any read past the end.

@@ -133,6 +133,7 @@ private slots:
             {"hang-up behind the last word, and abort", "hang-up-abort get", get,
              "of 5, ready 5, state 0, " + getFailed + "Aborted"},
             {"a log-in is aborted too late", "abort-at-password cd", "ABOR", ""},
+            {"a raw command is aborted late", "abort-at-site raw", "SITE x|ABOR", "raw Fine200, finished 1"},
             {"an upload is aborted", abortLarge, putEnded, ofLarge + putFailed + "Cut off",
              "ABOR 426 Cut off\r\n226 Aborted"},
             {"an upload is aborted too late", abortLarge, putEnded, aborted, "ABOR 226 Done\r\n225 Nothing"},

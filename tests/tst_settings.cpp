@@ -129,6 +129,11 @@ private slots:
         client.reset(new udpHBClient(udpHBClient::Passive));
         page = new ServerWidget(window.data(), client.data());
         page->findChild<ArchiveTransfer *>()->setPatience(patience);
+        // In a boat without an N6 a display may keep the settings.
+        for (const bool isServer : {false, true, false}) {
+            client->processHeartbeat(HeartbeatBytes::device(Screen, "S", isServer), at("127.0.0.20"));
+            QVERIFY(isServer ? control(backup)->isEnabled() : client->serverAddress().isNull());
+        }
         commands.reset(new QUdpSocket);
         QVERIFY(commands->bind(QHostAddress(QHostAddress::AnyIPv4), protocol::commandPort));
         hear(n6Host, "N6-\xc3\xa9");

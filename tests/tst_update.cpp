@@ -19,6 +19,7 @@
 #include <QDesktopServices>
 #include <QLabel>
 #include <QProgressBar>
+#include <QScrollArea>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -137,6 +138,19 @@ private slots:
         QCOMPARE(heading->text(), "Select device for software update:"_s);
         QCOMPARE(boat.box(0)->text(), "R&&S %1 (PO)  IP = 10.0.0.1  \nAPP 2  FW 1.4  OS 5.10.110"_s);
         QCOMPARE(boat.told(0), "12.3 V\n9.0 Lux"_s);
+        const QRect headed = heading->geometry(), pressed = boat.start()->geometry();
+        QVERIFY(headed.bottom() < boat.page->findChild<QScrollArea *>()->y());
+        QVERIFY(headed.right() < pressed.x() && boat.page->rect().contains(pressed));
+        // Side by side, in the middle of the row.
+        const MonitorUpdateWidget &row = *boat.rows().constFirst();
+        const auto parts = row.findChildren<QWidget *>();
+        int end = 0;
+        for (const QWidget *part : parts) {
+            const int gap = part->x() - std::exchange(end, part->geometry().right() + 1);
+            QVERIFY(gap >= 0 && gap <= 10 &&
+                    qAbs(part->geometry().center().y() - row.rect().center().y()) < 3);
+        }
+        QCOMPARE(row.width() - end, 10);
         heard.serverFlag = heard.lsFlag = 1;
         heard.lux = 9.06;
         boat.client.processHeartbeat(heard.build(), at("::ffff:10.0.0.1"));
@@ -152,7 +166,9 @@ private slots:
         boat.box(1)->click();
         const QPointer<MonitorUpdateWidget> first = boat.rows().constFirst();
         // Soon enough that no display is forgotten meanwhile.
-        QTRY_VERIFY_WITH_TIMEOUT(first->geometry().bottom() < boat.rows().at(1)->y(), 2000);
+        QTRY_COMPARE_WITH_TIMEOUT(boat.rows().at(1)->y() - first->y(), 46, 2000);
+        // Behind the margins of the page and of the list, and its border of one pixel.
+        QCOMPARE(first->mapTo(boat.page, QPoint()), QPoint(15, 65));
         boat.hear(2);
         QVERIFY2(first, "250 lists of up to 250 new rows would hold the window for seconds");
         // The last row that ends may go in its own signal.
@@ -164,6 +180,8 @@ private slots:
         QCOMPARE(boat.page->focusWidget(), boat.box(1));
         boat.hear(0, Eink);
         QCOMPARE(boat.rows().size(), 2);
+        boat.rows().constFirst()->updateMonitor("/no/package"_s);
+        QVERIFY2(boat.start()->isVisible(), "an update without a file");
     }
 
     void dialogsBelongToTheWindowAndFreezeTheList()
@@ -181,7 +199,7 @@ private slots:
         boat.page->setEnabled(false);
         QVERIFY(dialog->isEnabled() && boat.rows().isEmpty());
         dialog->reject();
-        QVERIFY(dialog->sidebarUrls() == usual && boat.rows().size() == 1);
+        QVERIFY(dialog->sidebarUrls() == usual && boat.rows().size() == 1 && boat.box(0)->text() != "---"_s);
         boat.choose(QCoreApplication::applicationFilePath());
         QCOMPARE(boat.window.findChild<QMessageBox *>()->text(), "This is not a valid file."_s);
         boat.page->startClicked();

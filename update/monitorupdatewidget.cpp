@@ -35,7 +35,6 @@ MonitorUpdateWidget::MonitorUpdateWidget(const ScreenDevice *device, QWidget *pa
     //: Only read aloud
     progressBar->setAccessibleName(tr("Upload progress"));
     label->setGeometry(580, 1, 100, 36);
-    label->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     label->setFont(rowFont);
     label->setWordWrap(true);
     showDevice(*device);

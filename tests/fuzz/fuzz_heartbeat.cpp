@@ -9,9 +9,8 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
-    const auto datagram =
-        QByteArray::fromRawData(reinterpret_cast<const char *>(data), static_cast<int>(size));
-    const heartbeat::Decoded decoded = heartbeat::decode(datagram);
+    const auto bytes = QByteArray::fromRawData(reinterpret_cast<const char *>(data), static_cast<int>(size));
+    const heartbeat::Decoded decoded = heartbeat::decode(bytes);
     const auto *screen = std::get_if<ScreenDevice>(&decoded);
     // What becomes a record is clean: the pages show it as it is.
     if (screen && (!(screen->ambientLux >= 0.0) || screen->supplyVoltage < 0.0 || screen->serial.size() > 16))

@@ -128,6 +128,7 @@ private:
             {"no-last-word", [this] { server.confirmAfterMs = -1; }},
             {"late-last-word", [this] { server.confirmAfterMs = 6000; }},
             {"abort-at-password", [this] { before("PASS", [this] { ftp->abort(); }); }},
+            {"abort-at-site", [this] { before("SITE", [this] { ftp->abort(); }); }},
             // Is faster than the server at the port that PORT names.
             {"stranger", [this] { before("PORT", [this] { server.openActive("127.0.0.2"); }); }},
             {"sink-gone", [this] { server.onTheWay = [this] { delete file, server.endData("12345"); }; }},
@@ -206,7 +207,9 @@ private:
     void drip()
     {
         for (const int ms : {5000, 32000})
-            QTimer::singleShot(ms, server.data, [this] { ftp->readAll(), server.data->write("6"); });
+            QTimer::singleShot(ms, server.data, [this, one = ' ']() mutable {
+                ftp->read(&one, 1), ftp->readAll(), server.data->write("6");
+            });
     }
 
     int loginId = 0;
