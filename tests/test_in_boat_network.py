@@ -2,7 +2,6 @@
 
 import os
 import pathlib
-import shutil
 import subprocess
 import tempfile
 import unittest
@@ -12,14 +11,14 @@ ROOT = pathlib.Path(__file__).parent.parent
 
 class InBoatNetwork(unittest.TestCase):
     def test_status_and_arguments_pass_through_also_where_namespaces_are_refused(self):
-        folder = tempfile.mkdtemp()
-        self.addCleanup(shutil.rmtree, folder)
-        pathlib.Path(folder, "unshare").symlink_to("/bin/false")
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        pathlib.Path(folder.name, "unshare").symlink_to("/bin/false")
         # Without what says that a boat network is already here.
         outside = {name: value for name, value in os.environ.items() if not name.startswith("KELVORA_BOAT_")}
         command = [ROOT / "scripts/in-boat-network", "sh", "-c", 'echo "$1 $KELVORA_BOAT_PREFIX"; exit 7', "sh", "a  b"]
-        for path, prefix in ((os.environ["PATH"], r"\d"), (f"{folder}:{os.environ['PATH']}", "127.0.0.")):
-            environment = {**outside, "PATH": path, "TMPDIR": folder}
+        for path, prefix in ((os.environ["PATH"], r"\d"), (f"{folder.name}:{os.environ['PATH']}", "127.0.0.")):
+            environment = {**outside, "PATH": path, "TMPDIR": folder.name}
             ended = subprocess.run(command, env=environment, capture_output=True, text=True)
             self.assertEqual(ended.returncode, 7)
             self.assertRegex(ended.stdout, f"^a  b {prefix}")

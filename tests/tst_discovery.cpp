@@ -291,6 +291,7 @@ private:
         QTRY_COMPARE(!alone.isEmpty(), serverKnown && rounds > 0);
         // After more than eight seconds without traffic new sockets ask, and one of them from a new port.
         QTRY_COMPARE_WITH_TIMEOUT(QSet<int>(toAll.begin(), toAll.end()).size(), rounds == 0 ? 0 : 3, 5000);
+        QTRY_COMPARE(client.findChildren<QUdpSocket *>().size(), 2);
     }
 
     // Notes each signal of the client but its ticks.

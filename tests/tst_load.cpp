@@ -36,11 +36,7 @@ constexpr int settleMs = 1500, floodMs = 5000, probeMs = 10;
 // The last display leaves so often, and for so long; it is forgotten after 7 s.
 constexpr int displayCount = 3, packageBytes = 1'000'000, beatMs = 40, awayEveryMs = 14000, awayMs = 10000;
 
-QByteArray beat(int number)
-{
-    const DeviceKind kinds[] = {Screen, Screen2, Eink};
-    return HeartbeatBytes::device(kinds[number % 3], "S");
-}
+constexpr DeviceKind kinds[] = {Screen, Screen2, Eink};
 
 // Returns how many it has sent when it is told to stop.
 int flood(const std::atomic<bool> &stop)
@@ -54,7 +50,8 @@ int flood(const std::atomic<bool> &stop)
     while (!stop) {
         for (; !stop && sent < elapsed.elapsed() * datagramsPerMs; ++sent)
             senders[static_cast<size_t>(sent % senderCount)].writeDatagram(
-                beat(sent), QHostAddress::LocalHost, protocol::heartbeatPort);
+                HeartbeatBytes::device(kinds[sent % 3], "S"), QHostAddress::LocalHost,
+                protocol::heartbeatPort);
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
     return sent;
@@ -116,7 +113,8 @@ private slots:
         QTimer heart;
         connect(&heart, &QTimer::timeout, this, [&] {
             for (int at = elapsed.elapsed() % awayEveryMs < awayMs ? 1 : 0; at < displayCount; ++at)
-                displays[at].udp.writeDatagram(beat(0), QHostAddress::LocalHost, protocol::heartbeatPort);
+                displays[at].udp.writeDatagram(HeartbeatBytes::device(Screen, "S"), QHostAddress::LocalHost,
+                                               protocol::heartbeatPort);
         });
         heart.start(beatMs);
         elapsed.start();

@@ -43,9 +43,7 @@ const auto gzip = QByteArray::fromHex("1f8b08000000000002ff4b4c4a4c0200a60ad7360
 
 const auto twice = [](const QString &told) { return told + " "_s + told; };
 
-class PlayedN6 : public ScriptedFtpServer
-{
-public:
+struct PlayedN6 : ScriptedFtpServer {
     explicit PlayedN6(const char *host = n6Host, const QByteArray &archive = gzip)
         : ScriptedFtpServer(at(host), protocol::ftpPort)
     {
@@ -251,6 +249,7 @@ private slots:
         addRows<Transfer>({
             {"all goes well", asUsual, notice, twice(one), 0},
             {"another N6 comes while the user is asked", asUsual, notice, none, 0, {}, Asked, another},
+            {"another N6 comes after the first copy", asUsual, notice, one, 0, {}, Copied, another},
             {"the page goes while the user is asked", asUsual, notice, none, 0, {}, Unanswered, gone},
             // The last one, since no dialog opens after the end of the program.
             {"the program ends while the user is asked", asUsual, notice, none, 0, {}, Unanswered, ended},

@@ -291,6 +291,8 @@ private slots:
         QDesktopServices::setUrlHandler("http"_s, this, "open");
         page.openWebinterface();
         QVERIFY(opened.isEmpty() && !port1->isEnabled() && !port2->isEnabled());
+        QVERIFY(page.findChild<QLabel *>("label_Alarm"_s)->isHidden());
+        QCOMPARE(page.findChild<QLabel *>("resultLabel"_s)->text(), QString());
         const QMap<int, int> port1Indices{{-1, -1}, {0, 0}, {6, 1}, {4, 2}, {5, 3}};
         QStringList told;
         for (int code = -128; code < 128; ++code) {

@@ -45,15 +45,13 @@ class Network:
             self._plug_in(loss, delay)
 
     def _plug_in(self, loss, delay):
-        def unless_root(*options):
-            return () if os.geteuid() == 0 else options
-
-        self._boat = start("unshare", *unless_root("--map-root-user"), "--net", "--", "cat", stdin=subprocess.PIPE)
+        user = [] if os.geteuid() == 0 else ["--map-root-user"]
+        self._boat = start("unshare", *user, "--net", "--", "cat", stdin=subprocess.PIPE)
         proc = pathlib.Path(f"/proc/{self._boat.pid}")
         # Without its users, which come a moment later, it would give no right to those who enter.
         own = os.readlink("/proc/self/ns/net")
         until(lambda: os.readlink(proc / "ns/net") != own and (proc / "uid_map").read_text(), 20, "a network namespace")
-        self.enter = ["nsenter", *unless_root("--user", "--preserve-credentials"), f"--target={proc.name}", "--net"]
+        self.enter = ["nsenter", *(user and ["--user", "--preserve-credentials"]), f"--target={proc.name}", "--net"]
         self._ip("link delete boat0")
         if loss or delay:
             # Not every kernel can do that by itself. In percent and milliseconds, until the interfaces are gone.

@@ -19,9 +19,7 @@ inline const Play hangUp = [](ScriptedFtpServer &server) {
     server.onTheWay = [&] { server.control->abort(); };
 };
 
-class PlayedDisplay : public ScriptedFtpServer
-{
-public:
+struct PlayedDisplay : ScriptedFtpServer {
     explicit PlayedDisplay(int number) : ScriptedFtpServer(addressOf(number), protocol::ftpPort)
     {
         udp.bind(addressOf(number));

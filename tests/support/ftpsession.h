@@ -66,8 +66,7 @@ public:
     /// Queues the commands that these words stand for, and prepares the trouble.
     void queue(const QByteArray &words)
     {
-        Meanings meanings = commands();
-        meanings.insert(troubles());
+        const auto meanings = meaningsOfWords();
         const QByteArrayList each = words.trimmed().split(' ');
         for (const QByteArray &word : each)
             meanings.value(word)();
@@ -86,44 +85,39 @@ public:
     std::function<void(const QByteArray &)> step = [](const QByteArray &) {};
 
 private:
-    using Meanings = QHash<QByteArray, std::function<void()>>;
-
-    Meanings commands()
-    {
-        return {{"connect",
-                 [this] { ftp->connectToHost(server.serverAddress().toString(), server.serverPort()); }},
-                {"connect-boat", [this] { ftp->connectToHost("boat.invalid"_s, 2121); }},
-                {"connect-closed", [this] { ftp->connectToHost("127.0.0.1"_s, 1); }},
-                {"connect-nowhere", [this] { ftp->connectToHost("255.255.255.255"_s); }},
-                {"proxy", [this] { ftp->setProxy("127.0.0.1"_s, server.serverPort()); }},
-                {"no-proxy", [this] { ftp->setProxy(QString(), 0); }},
-                {"login", [this] { loginId = ftp->login("kwz"_s, "secret"_s); }},
-                {"guest", [this] { ftp->login(); }},
-                {"active", [this] { ftp->setTransferMode(QFtp::Active); }},
-                {"cd", [this] { ftp->cd("update"_s); }},
-                {"mkdir", [this] { ftp->mkdir("\u00fc"_s); }},
-                {"rmdir", [this] { ftp->rmdir("a %1"_s); }},
-                {"rename", [this] { ftp->rename("b"_s, "c"_s); }},
-                {"remove", [this] { ftp->remove("d"_s); }},
-                {"raw", [this] { ftp->rawCommand(" SITE x \n"_s); }},
-                {"close", [this] { ftp->close(); }},
-                {"list", [this] { ftp->list("update"_s); }},
-                {"get", [this] { ftp->get("f"_s); }},
-                {"get-file", [this] { ftp->get("f"_s, fileOf(0)); }},
-                {"get-full", [this] { ftp->get("f"_s, opened(new QFile("/dev/full"_s, ftp), 0)); }},
-                {"put", [this] { ftp->put("abc", "f"_s); }},
-                {"put-empty", [this] { ftp->put(QByteArray(), "f"_s, QFtp::Ascii); }},
-                {"put-closed", [this] { ftp->put(new QFile("/missing"_s, ftp), "f"_s); }},
-                {"put-file", [this] { ftp->put(fileOf(server.file.size()), "f"_s); }},
-                {"put-large", [this] { ftp->put(fileOf(largeBytes), "f"_s); }},
-                {"put-huge", [this] { ftp->put(fileOf(qint64(largeBytes) * 64 + 5), "f"_s); }},
-                {"put-stream", [this] { ftp->put(pausingStream("exit"_s), "f"_s); }},
-                {"put-endless", [this] { ftp->put(pausingStream("exec sleep 999"_s), "f"_s); }}};
-    }
-
-    Meanings troubles()
+    // Commands, and then what happens to them.
+    QHash<QByteArray, std::function<void()>> meaningsOfWords()
     {
         return {
+            {"connect",
+             [this] { ftp->connectToHost(server.serverAddress().toString(), server.serverPort()); }},
+            {"connect-boat", [this] { ftp->connectToHost("boat.invalid"_s, 2121); }},
+            {"connect-closed", [this] { ftp->connectToHost("127.0.0.1"_s, 1); }},
+            {"connect-nowhere", [this] { ftp->connectToHost("255.255.255.255"_s); }},
+            {"proxy", [this] { ftp->setProxy("127.0.0.1"_s, server.serverPort()); }},
+            {"no-proxy", [this] { ftp->setProxy(QString(), 0); }},
+            {"login", [this] { loginId = ftp->login("kwz"_s, "secret"_s); }},
+            {"guest", [this] { ftp->login(); }},
+            {"active", [this] { ftp->setTransferMode(QFtp::Active); }},
+            {"cd", [this] { ftp->cd("update"_s); }},
+            {"mkdir", [this] { ftp->mkdir("\u00fc"_s); }},
+            {"rmdir", [this] { ftp->rmdir("a %1"_s); }},
+            {"rename", [this] { ftp->rename("b"_s, "c"_s); }},
+            {"remove", [this] { ftp->remove("d"_s); }},
+            {"raw", [this] { ftp->rawCommand(" SITE x \n"_s); }},
+            {"close", [this] { ftp->close(); }},
+            {"list", [this] { ftp->list("update"_s); }},
+            {"get", [this] { ftp->get("f"_s); }},
+            {"get-file", [this] { ftp->get("f"_s, fileOf(0)); }},
+            {"get-full", [this] { ftp->get("f"_s, opened(new QFile("/dev/full"_s, ftp), 0)); }},
+            {"put", [this] { ftp->put("abc", "f"_s); }},
+            {"put-empty", [this] { ftp->put(QByteArray(), "f"_s, QFtp::Ascii); }},
+            {"put-closed", [this] { ftp->put(new QFile("/missing"_s, ftp), "f"_s); }},
+            {"put-file", [this] { ftp->put(fileOf(server.file.size()), "f"_s); }},
+            {"put-large", [this] { ftp->put(fileOf(largeBytes), "f"_s); }},
+            {"put-huge", [this] { ftp->put(fileOf(qint64(largeBytes) * 64 + 5), "f"_s); }},
+            {"put-stream", [this] { ftp->put(pausingStream("exit"_s), "f"_s); }},
+            {"put-endless", [this] { ftp->put(pausingStream("exec sleep 999"_s), "f"_s); }},
             {"no-folder", [this] { server.listing = "x: No such file or directory\r\nhalf"; }},
             {"no-last-word", [this] { server.confirmAfterMs = -1; }},
             {"late-last-word", [this] { server.confirmAfterMs = 6000; }},
