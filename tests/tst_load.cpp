@@ -36,8 +36,6 @@ constexpr int settleMs = 1500, floodMs = 5000, probeMs = 10;
 // The last display leaves so often, and for so long; it is forgotten after 7 s.
 constexpr int displayCount = 3, packageBytes = 1'000'000, beatMs = 40, awayEveryMs = 14000, awayMs = 10000;
 
-constexpr DeviceKind kinds[] = {Screen, Screen2, Eink};
-
 // Returns how many it has sent when it is told to stop.
 int flood(const std::atomic<bool> &stop)
 {
@@ -50,7 +48,7 @@ int flood(const std::atomic<bool> &stop)
     while (!stop) {
         for (; !stop && sent < elapsed.elapsed() * datagramsPerMs; ++sent)
             senders[static_cast<size_t>(sent % senderCount)].writeDatagram(
-                HeartbeatBytes::device(kinds[sent % 3], "S"), QHostAddress::LocalHost,
+                HeartbeatBytes::device(sent % 2 == 0 ? Screen : Eink, "S"), QHostAddress::LocalHost,
                 protocol::heartbeatPort);
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }

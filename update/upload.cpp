@@ -57,7 +57,6 @@ bool Upload::abort()
 {
     if (state == State::Idle)
         return false;
-    ftp->disconnect(this);
     ftp->abort();
     ftp->close();
     enter(State::Idle);

@@ -63,13 +63,14 @@ public:
 
     ~FtpSession() override { delete ftp; }
 
-    /// Queues the commands that these words stand for, and prepares the trouble.
+    /// Queues the commands that these words stand for, and prepares the trouble; a number says how many
+    /// seconds all of it may take.
     void queue(const QByteArray &words)
     {
         const auto meanings = meaningsOfWords();
         const QByteArrayList each = words.trimmed().split(' ');
         for (const QByteArray &word : each)
-            meanings.value(word)();
+            meanings.value(word, [&] { longestMs = 1000 * word.toInt(); })();
     }
 
     /// All signals; the last one says how it ended.
@@ -81,6 +82,7 @@ public:
     QPointer<QFtp> ftp = new QFtp;
     QStringList log;
     QPair<qint64, qint64> progress;
+    int longestMs = 9000;
     /// Told of every signal.
     std::function<void(const QByteArray &)> step = [](const QByteArray &) {};
 

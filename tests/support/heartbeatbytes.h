@@ -11,13 +11,10 @@ struct HeartbeatBytes {
     quint8 kind = Screen;
     QByteArray serial = "S1";
     quint8 serverFlag = 0; ///< the status of a gyro
-    QByteArray application = "2.1.0";
-    QByteArray system = "5.1.2-rt";
-    QByteArray firmware = "1.4";
+    QByteArray application = "2.1.0", system = "5.1.2-rt", firmware = "1.4";
     double lux = 0.0;
     float volts = 12.0F;
-    quint8 lsFlag = 0;
-    quint8 valid = 1;
+    quint8 lsFlag = 0, valid = 1;
 
     QByteArray build() const
     {

@@ -62,15 +62,13 @@ public:
     std::function<void()> onTheWay;
     /// How long it takes to confirm a transfer whose data has come to its end; negative: for ever.
     int confirmAfterMs = 0;
-    QByteArray file = "12345";
-    QByteArray listing = "-rw------- 1 a b 1 Apr 14 2000 x\r\n";
+    QByteArray file = "12345", listing = "-rw------- 1 a b 1 Apr 14 2000 x\r\n";
 
     QByteArrayList lines;
     /// The verb of the transfer that is under way.
     QByteArray transfer;
     qint64 uploadedBytes = 0;
-    QTcpSocket *control = nullptr;
-    QTcpSocket *data = nullptr;
+    QTcpSocket *control = nullptr, *data = nullptr;
 
 private:
     void acceptControl()
