@@ -5,11 +5,13 @@
 #include <QByteArrayList>
 #include <QHash>
 #include <QHostAddress>
+#include <QPointer>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QTimer>
 
 #include <functional>
+#include <utility>
 
 class ScriptedFtpServer : public QTcpServer
 {
@@ -73,10 +75,11 @@ public:
 private:
     void acceptControl()
     {
-        control = nextPendingConnection();
+        if (QTcpSocket *const last = std::exchange(control, nextPendingConnection()))
+            last->deleteLater();
         control->setSocketOption(QAbstractSocket::LowDelayOption, 1);
-        connect(control, &QTcpSocket::readyRead, this, [this, from = control] {
-            while (from->canReadLine())
+        connect(control, &QTcpSocket::readyRead, this, [this, from = QPointer<QTcpSocket>(control)] {
+            while (from && from->canReadLine())
                 hear(from->readLine().chopped(2));
         });
         hear("");
